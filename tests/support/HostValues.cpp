@@ -1,0 +1,22 @@
+#include "support/HostValues.hpp"
+
+namespace testvalues {
+
+HostArrayPtr adopt(oxArray_tag* array) { return HostArrayPtr(array, false); }
+
+HostArrayPtr enumObject(std::string const& qualifiedName, std::vector<std::uint32_t> const& numbers) {
+    HostArrayPtr const numeric = adopt(matrix::detail::do_create_uninitnumeric(1, numbers.size(), oxUINT32_CLASS, false));
+    auto* data = static_cast<std::uint32_t*>(oxGetData(numeric.get()));
+    for (std::size_t i = 0; i < numbers.size(); ++i) data[i] = numbers[i];
+    oxArray_tag const* args[] = {numeric.get()};
+    return adopt(omConstructObjectWithClient(ocos::internal::makeInterned(qualifiedName), 1, args,
+                                             COSGetPublicClient()));
+}
+
+HostArrayPtr stringArray(std::vector<std::u16string> const& texts) {
+    matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(1, texts.size()));
+    for (std::size_t i = 0; i < texts.size(); ++i) oxSetStringElement(array.get(), i, texts[i]);
+    return HostArrayPtr(array.release(), false);
+}
+
+}  // namespace testvalues

@@ -5,6 +5,7 @@
 #include <ovrin/array.hpp>
 #include <ovrin/export.hpp>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -110,7 +111,7 @@ private:
 
     COSClass const* class_;
     void* record_;
-    mutable long references_ = 1;
+    mutable std::atomic<long> references_{1};  ///< atomic: elements of a shared array are read from many threads
 };
 
 }  // namespace ocos

@@ -1,0 +1,36 @@
+#include <reference/property/ObjectInfo.hpp>
+
+#include "bridge/ClassIdentity.hpp"
+
+#include <reference/utils/Properties.hpp>
+
+namespace reference::property {
+
+ObjectInfo::~ObjectInfo() = default;
+
+std::u16string const& ObjectInfo::getName() const { return name; }
+std::u16string const& ObjectInfo::getPurpose() const { return purpose; }
+std::vector<std::u16string> const& ObjectInfo::getValues() const { return values; }
+std::u16string const& ObjectInfo::getHref() const { return href; }
+
+std::u16string const& ObjectInfo::getNameProperty() const { return name; }
+void ObjectInfo::setNameProperty(std::u16string const* value) { utils::setStringProperty(name, value); }
+std::u16string const& ObjectInfo::getPurposeProperty() const { return purpose; }
+void ObjectInfo::setPurposeProperty(std::u16string const* value) { utils::setStringProperty(purpose, value); }
+std::u16string const& ObjectInfo::getHrefProperty() const { return href; }
+void ObjectInfo::setHrefProperty(std::u16string const* value) { utils::setStringProperty(href, value); }
+
+oxArray_tag const* ObjectInfo::getValuesProperty() const { return utils::accessStringVectorCache(valuesCache, values); }
+void ObjectInfo::setValuesProperty(oxArray_tag const* value) {
+    utils::setStringVectorAndCache(value, valuesCache, values);
+}
+
+bool ObjectInfo::operator==(ObjectInfo const& other) const {
+    // std::vector's == compares the counts first, then the strings in order.
+    return name == other.getName() && purpose == other.getPurpose() && values == other.getValues() &&
+           href == other.getHref();
+}
+
+char const* ObjectInfo::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }
+
+}  // namespace reference::property

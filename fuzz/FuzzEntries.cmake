@@ -1,0 +1,12 @@
+# The fuzz entry functions as one static library, linked by the libFuzzer
+# targets (fuzz build) and by the replay of kept inputs (normal build).
+function(refprop_add_fuzz_entries target)
+  file(GLOB entry_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/entries/*.cpp)
+  add_library(${target} STATIC ${entry_sources})
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/fuzz/entries)
+  target_link_libraries(${target} PUBLIC reference_glue reference_property)
+  refprop_warnings(${target})
+endfunction()
+
+# Names of the fuzz targets; each keeps its crash reproducers in fuzz/regressions/<name>/.
+set(REFPROP_FUZZ_TARGETS page_loader refitem_operations)

@@ -24,7 +24,10 @@ OVRIN_HOST_API long referenceCount(ocos::COSInterface const* object);
 /// The qualified class name of an object array, or the word of a built-in class ("uint32", "string", ...).
 OVRIN_HOST_API std::string className(oxArray_tag const* array);
 
-/// Fallible host calls made by this thread so far (every host operation that can throw counts one).
+/// Fallible host calls made by this thread so far: every array and object-system operation that can
+/// throw counts one at entry, except the pure queries (oxGetClassID, oxGetM, oxGetN,
+/// oxGetNumberOfElements, oxGetArrayScope, oxIsInternal, oxIsComplex). The foundation's message
+/// functions do not count, so a library's own exceptions are never replaced by injected faults.
 OVRIN_HOST_API std::uint64_t hostCalls() noexcept;
 /// Makes the `n`-th fallible host call of this thread from now on (1 = the next) throw an
 /// `ovrin::HostError` naming the operation, once. 0 disarms.

@@ -1,0 +1,113 @@
+// A whole page through the host protocol, per corpus page: every property of a
+// fresh page set from prepared host values through the class's property table,
+// then every property read back through the host getters. Baseline: the
+// member-wise copy constructor of the same page.
+#include "support/AllocationCounter.hpp"
+#include "support/Corpus.hpp"
+#include "support/Registration.hpp"
+
+#include <reference/glue/PropertyTable.hpp>
+
+#include <variant>
+#include <vector>
+
+namespace {
+
+using reference::glue::PropertyEntry;
+using reference::glue::PropertyKind;
+using reference::glue::PropertyTable;
+using reference::property::HostArrayPtr;
+using reference::property::RefItem;
+
+/// The host value of one property, as the host would hold it before a set.
+using PreparedValue = std::variant<std::u16string, bool, HostArrayPtr>;
+
+/// Every property value of `source`, in table order, read through its host getters.
+std::vector<PreparedValue> prepare(PropertyTable const& table, RefItem const& source) {
+    std::vector<PreparedValue> values;
+    for (PropertyEntry const& entry : table.entries) {
+        switch (entry.kind) {
+        case PropertyKind::String:
+            values.emplace_back(entry.strings().get(&source));
+            break;
+        case PropertyKind::Bool:
+            values.emplace_back(entry.flag().get(&source));
+            break;
+        default:
+            values.emplace_back(HostArrayPtr(entry.arrays().get(&source)));
+            break;
+        }
+    }
+    return values;
+}
+
+/// Sets every property of `page` from `values`, then reads every one back.
+void roundTrip(PropertyTable const& table, std::vector<PreparedValue> const& values, RefItem& page) {
+    for (std::size_t i = 0; i < table.entries.size(); ++i) {
+        PropertyEntry const& entry = table.entries[i];
+        switch (entry.kind) {
+        case PropertyKind::String:
+            entry.strings().set(&page, &std::get<std::u16string>(values[i]));
+            break;
+        case PropertyKind::Bool:
+            entry.flag().set(&page, std::get<bool>(values[i]));
+            break;
+        default:
+            entry.arrays().set(&page, std::get<HostArrayPtr>(values[i]).get());
+            break;
+        }
+    }
+    for (PropertyEntry const& entry : table.entries) {
+        switch (entry.kind) {
+        case PropertyKind::String:
+            benchmark::DoNotOptimize(&entry.strings().get(&page));
+            break;
+        case PropertyKind::Bool:
+            benchmark::DoNotOptimize(entry.flag().get(&page));
+            break;
+        default:
+            benchmark::DoNotOptimize(entry.arrays().get(&page));
+            break;
+        }
+    }
+}
+
+void wholePageThroughHost(benchmark::State& state) {
+    PropertyTable const& table = reference::glue::tableOf<RefItem>();
+    std::vector<std::vector<PreparedValue>> prepared;
+    for (auto const& entry : bench::corpus()) {
+        prepared.push_back(prepare(table, entry.page));
+    }
+    bench::AllocationMeter const meter;
+    for (auto _ : state) {
+        for (auto const& values : prepared) {
+            RefItem page;
+            roundTrip(table, values, page);
+            benchmark::ClobberMemory();
+        }
+    }
+    meter.report(state, static_cast<double>(prepared.size()));
+    bench::reportTimePerOperation(state, static_cast<double>(prepared.size()));
+}
+
+void copyConstructPages(benchmark::State& state) {
+    std::vector<RefItem> const pages = bench::corpusCopies();
+    bench::AllocationMeter const meter;
+    for (auto _ : state) {
+        for (auto const& source : pages) {
+            RefItem copied(source);
+            benchmark::DoNotOptimize(copied);
+            benchmark::ClobberMemory();
+        }
+    }
+    meter.report(state, static_cast<double>(pages.size()));
+    bench::reportTimePerOperation(state, static_cast<double>(pages.size()));
+}
+
+int const registered = [] {
+    bench::registerBenchmark("host_protocol/set_and_get_every_property", wholePageThroughHost);
+    bench::registerBenchmark("host_protocol/copy_constructor", copyConstructPages);
+    return 0;
+}();
+
+}  // namespace

@@ -1,0 +1,73 @@
+// Replaces every form of the global operator new and delete with malloc and
+// free plus one counter. The benchmarks run on one thread, so a plain counter
+// is exact.
+#include "support/AllocationCounter.hpp"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+/// Calls of operator new since the process started; the one mutable global the
+/// replacement needs, since operator new has nowhere else to keep it.
+std::uint64_t allocations = 0;
+
+void* countedAllocate(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void* countedAllocateAligned(std::size_t size, std::align_val_t alignment) {
+    ++allocations;
+    std::size_t const align = static_cast<std::size_t>(alignment);
+    std::size_t const rounded = (size + align - 1) / align * align;
+    if (void* memory = std::aligned_alloc(align, rounded == 0 ? align : rounded)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+namespace bench {
+
+std::uint64_t allocationCount() noexcept { return allocations; }
+
+void AllocationMeter::report(benchmark::State& state, double operationsPerIteration) const {
+    double const counted = static_cast<double>(allocationCount() - start_);
+    state.counters["allocs_per_op"] =
+        benchmark::Counter(counted / operationsPerIteration, benchmark::Counter::kAvgIterations);
+}
+
+}  // namespace bench
+
+void* operator new(std::size_t size) { return countedAllocate(size); }
+void* operator new[](std::size_t size) { return countedAllocate(size); }
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept {
+    try {
+        return countedAllocate(size);
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+void* operator new[](std::size_t size, std::nothrow_t const&) noexcept {
+    return operator new(size, std::nothrow);
+}
+void* operator new(std::size_t size, std::align_val_t alignment) { return countedAllocateAligned(size, alignment); }
+void* operator new[](std::size_t size, std::align_val_t alignment) {
+    return countedAllocateAligned(size, alignment);
+}
+
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete[](void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::nothrow_t const&) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::nothrow_t const&) noexcept { std::free(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }

@@ -1,0 +1,27 @@
+// Heap allocations of the whole process, counted by the benchmark binary's
+// replacement of the global operator new (which the shared libraries use too).
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+
+namespace bench {
+
+/// Calls of any global operator new made so far in this process.
+std::uint64_t allocationCount() noexcept;
+
+/// Counts the allocations made between its construction and `report`, and
+/// publishes them as the counter "allocs_per_op": allocations per iteration
+/// divided by `operationsPerIteration`.
+class AllocationMeter {
+public:
+    AllocationMeter() noexcept : start_(allocationCount()) {}
+
+    void report(benchmark::State& state, double operationsPerIteration = 1.0) const;
+
+private:
+    std::uint64_t start_;
+};
+
+}  // namespace bench

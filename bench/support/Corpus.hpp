@@ -1,0 +1,25 @@
+// The real reference pages the benchmarks run on, read and loaded once, before
+// any timed loop.
+#pragma once
+
+#include <reference/property/RefItem.hpp>
+
+#include <string>
+#include <vector>
+
+namespace bench {
+
+struct CorpusPage {
+    std::string path;                    ///< the JSON file the page came from
+    std::string json;                    ///< the file's whole text
+    reference::property::RefItem page;   ///< the page loaded through its host property setters
+};
+
+/// Every page of the corpus directory, in file-name order; loaded on first use.
+/// Registers the host classes first. Empty when the corpus cannot be read.
+std::vector<CorpusPage> const& corpus();
+
+/// Deep copies of the corpus pages, made by copy(), for comparisons between distinct objects.
+std::vector<reference::property::RefItem> corpusCopies();
+
+}  // namespace bench

@@ -4,10 +4,12 @@
 // member-wise copy constructor of the same page.
 #include "support/AllocationCounter.hpp"
 #include "support/Corpus.hpp"
+#include "support/MirrorPage.hpp"
 #include "support/Registration.hpp"
 
 #include <reference/glue/PropertyTable.hpp>
 
+#include <algorithm>
 #include <variant>
 #include <vector>
 
@@ -92,6 +94,17 @@ void wholePageThroughHost(benchmark::State& state) {
 
 void copyConstructPages(benchmark::State& state) {
     std::vector<RefItem> const pages = bench::corpusCopies();
+    double strings = 0;
+    double codeUnits = 0;
+    for (auto const& page : pages) {
+        bench::PageSize const size = bench::sizeOf(page);
+        strings += static_cast<double>(size.strings);
+        codeUnits += static_cast<double>(size.codeUnits);
+    }
+    double const count = static_cast<double>(std::max<std::size_t>(pages.size(), 1));
+    state.counters["pages"] = static_cast<double>(pages.size());
+    state.counters["strings_per_page"] = strings / count;
+    state.counters["text_bytes_per_page"] = 2 * codeUnits / count;
     bench::AllocationMeter const meter;
     for (auto _ : state) {
         for (auto const& source : pages) {

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Builds the benchmark binary with the release preset, runs the whole suite (medians
+# of 10 repetitions) and writes bench/RESULTS.md and bench/object_array.svg from
+# the JSON it produces. Extra arguments go to the benchmark binary
+# (e.g. --benchmark_filter=page_). Not part of the tests or CI.
+set -euo pipefail
+
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+cd "$root"
+
+cmake --preset release >/dev/null
+cmake --build --preset release -j2 --target refprop_bench
+
+results="$root/build/release/bench/results.json"
+command="bash scripts/bench.sh${*:+ $*}"
+"$root/build/release/bench/refprop_bench" \
+  --benchmark_repetitions=10 --benchmark_report_aggregates_only=true \
+  --benchmark_out="$results" --benchmark_out_format=json "$@"
+
+python3 "$root/bench/report" "$results" "$command" "$root/bench/RESULTS.md"
+python3 "$root/bench/plot" "$results" "$root/bench/object_array.svg"
+echo "Wrote bench/RESULTS.md and bench/object_array.svg from $results"

@@ -1,0 +1,11 @@
+// The page that `refpage show` shows when given no file (sample/numpy.add.json).
+#pragma once
+
+#include <string_view>
+
+namespace refpage {
+
+/// The sample page's JSON text; static storage.
+std::string_view samplePage() noexcept;
+
+}  // namespace refpage

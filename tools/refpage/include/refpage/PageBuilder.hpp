@@ -1,0 +1,28 @@
+// Building a parsed page through the host, exactly as the host would: default
+// records constructed through the host's public client, then every property
+// assigned through its host setter.
+#pragma once
+
+#include <reference/property/HostArray.hpp>
+#include <refpage/PageDocument.hpp>
+#include <stdexcept>
+#include <string>
+
+namespace refpage {
+
+/// A failure while building, with the JSON path of the value being assigned.
+class PageBuildError : public std::runtime_error {
+public:
+    PageBuildError(std::string path, std::string const& message);
+    std::string const& path() const noexcept { return path_; }
+
+private:
+    std::string path_;
+};
+
+/// The host object (a 1-by-1 object array, its one reference the caller's) of `node`'s
+/// class with every assignment made. On failure throws PageBuildError; everything made
+/// so far is released.
+reference::property::HostArrayPtr buildRecord(PageNode const& node);
+
+}  // namespace refpage

@@ -1,0 +1,39 @@
+// Loading a page: parse, then build through the host. A page that fails is
+// never half-built: either a whole host object or errors.
+#pragma once
+
+#include <filesystem>
+#include <reference/property/HostArray.hpp>
+#include <reference/property/RefItem.hpp>
+#include <refpage/PageError.hpp>
+#include <refpage/PageParser.hpp>
+#include <string>
+#include <string_view>
+
+namespace refpage {
+
+struct LoadResult {
+    reference::property::HostArrayPtr page;  ///< the RefItem host object; empty when errors is not
+    PageErrors errors;
+    PageErrors warnings;
+
+    bool ok() const noexcept { return page != nullptr; }
+};
+
+/// Registers the host classes once per process; every loader calls it.
+void ensureHostClasses();
+
+LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions const& options = {});
+/// Reads the file first; an unreadable file is one error.
+LoadResult loadPageFile(std::filesystem::path const& file, LoadOptions const& options = {});
+
+/// Builds a parsed page, turning a build failure into an error of `parsed`'s source.
+LoadResult buildPage(ParsedPage const& parsed, std::string_view source);
+
+/// The whole text of `file`, or an error.
+bool readTextFile(std::filesystem::path const& file, std::string& text, PageError& error);
+
+/// The native page a RefItem host object wraps; borrowed from `page`.
+reference::property::RefItem const& nativePage(oxArray_tag const* page);
+
+}  // namespace refpage

@@ -1,0 +1,68 @@
+#include <fstream>
+#include <iterator>
+#include <reference/glue/Classes.hpp>
+#include <reference/glue/Properties.hpp>
+#include <refpage/PageBuilder.hpp>
+#include <refpage/PageLoader.hpp>
+#include <sstream>
+
+namespace refpage {
+
+void ensureHostClasses() {
+    static bool const registered = (reference::glue::registerClasses(), true);
+    static_cast<void>(registered);
+}
+
+LoadResult buildPage(ParsedPage const& parsed, std::string_view source) {
+    LoadResult result;
+    result.warnings = parsed.warnings;
+    if (!parsed.ok()) {
+        result.errors = parsed.errors;
+        return result;
+    }
+    ensureHostClasses();
+    try {
+        result.page = buildRecord(parsed.root);
+    } catch (PageBuildError const& e) {
+        result.errors.push_back(PageError{std::string(source), e.path(), e.what()});
+    }
+    return result;
+}
+
+LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions const& options) {
+    return buildPage(parsePage(text, source, options), source);
+}
+
+bool readTextFile(std::filesystem::path const& file, std::string& text, PageError& error) {
+    std::ifstream stream(file, std::ios::binary);
+    if (stream) {
+        std::ostringstream contents;
+        contents << stream.rdbuf();
+        if (stream || stream.eof()) {
+            text = std::move(contents).str();
+            return true;
+        }
+    }
+    error = PageError{file.string(), {}, "cannot read the file"};
+    return false;
+}
+
+LoadResult loadPageFile(std::filesystem::path const& file, LoadOptions const& options) {
+    std::string text;
+    PageError error;
+    if (!readTextFile(file, text, error)) {
+        LoadResult result;
+        result.errors.push_back(std::move(error));
+        return result;
+    }
+    return loadPage(text, file.string(), options);
+}
+
+reference::property::RefItem const& nativePage(oxArray_tag const* page) {
+    ocos::COSInterfacePtr const object = reference::glue::objectOf(page);
+    auto const& table = reference::glue::tableOf<reference::property::RefItem>();
+    // The array keeps its own reference to the object, so the record outlives `object`.
+    return *static_cast<reference::property::RefItem const*>(reference::glue::recordOf(*object.get(), table));
+}
+
+}  // namespace refpage

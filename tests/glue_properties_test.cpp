@@ -1,0 +1,167 @@
+// The glue's property tables: every property word of every host class reaches
+// its own getter/setter pair by name, and misuse is refused.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <ovrin/testing.hpp>
+#include <reference/glue/Properties.hpp>
+#include <reference/property/DeprecationStatus.hpp>
+#include <reference/property/RefEntityType.hpp>
+#include <reference/property/RefItem.hpp>
+#include <string>
+#include <vector>
+
+#include "support/HostTest.hpp"
+
+namespace {
+
+using namespace reference::glue;
+using reference::property::HostArrayPtr;
+
+std::u16string textFor(PropertyEntry const& entry) {
+    return u"value of " + std::u16string(entry.word.begin(), entry.word.end());
+}
+
+std::uint32_t numberFor(PropertyEntry const& entry) {
+    return static_cast<std::uint32_t>(entry.word.size());
+}
+
+/// A 1-by-`count` object array of default records of `table`'s class.
+HostArrayPtr defaultObjects(PropertyTable const& table, std::size_t count) {
+    matrix::unique_array array = matrix::from_ovrin(omCreateOCOSMatrix(1, count, table.identity));
+    for (std::size_t i = 0; i < count; ++i) omSetArrayElement(array.get(), i, objectOf(constructObject(table).get()));
+    return HostArrayPtr(array.release(), false);
+}
+
+/// A value for `entry` that no other entry of its table gets.
+HostValue distinctValue(PropertyEntry const& entry) {
+    switch (entry.kind) {
+        case PropertyKind::String: return textFor(entry);
+        case PropertyKind::Bool: return true;
+        case PropertyKind::Enumeration: {
+            std::uint32_t const number = numberFor(entry);
+            return constructEnumeration(*entry.enumeration, {&number, 1});
+        }
+        case PropertyKind::StringList: {
+            matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(1, 2));
+            oxSetStringElement(array.get(), 0, textFor(entry));
+            oxSetStringElement(array.get(), 1, u"second");
+            return HostArrayPtr(array.release(), false);
+        }
+        case PropertyKind::ObjectArray: return defaultObjects(entry.elementTable(), entry.word.size() % 3 + 1);
+        case PropertyKind::Record: return HostArrayPtr(constructObject(entry.elementTable()));
+    }
+    return false;
+}
+
+void expectDistinctValue(PropertyEntry const& entry, HostValue const& value) {
+    SCOPED_TRACE(std::string(entry.word));
+    switch (entry.kind) {
+        case PropertyKind::String: EXPECT_EQ(std::get<std::u16string>(value), textFor(entry)); return;
+        case PropertyKind::Bool: EXPECT_TRUE(std::get<bool>(value)); return;
+        case PropertyKind::Enumeration: {
+            oxArray_tag const* const object = std::get<HostArrayPtr>(value).get();
+            EXPECT_EQ(ovrin::testing::className(object), entry.enumeration->qualifiedName);
+            auto const numbers = enumerationValues(object);
+            ASSERT_EQ(numbers.size(), 1u);
+            EXPECT_EQ(numbers[0], numberFor(entry));
+            return;
+        }
+        case PropertyKind::StringList: {
+            oxArray_tag const* const list = std::get<HostArrayPtr>(value).get();
+            ASSERT_EQ(oxGetNumberOfElements(list), 2u);
+            EXPECT_EQ(oxGetStringElement(list, 0), textFor(entry));
+            return;
+        }
+        case PropertyKind::ObjectArray: {
+            oxArray_tag const* const list = std::get<HostArrayPtr>(value).get();
+            EXPECT_EQ(ovrin::testing::className(list), entry.elementTable().qualifiedName);
+            EXPECT_EQ(oxGetNumberOfElements(list), entry.word.size() % 3 + 1);
+            return;
+        }
+        case PropertyKind::Record:
+            EXPECT_EQ(objectOf(std::get<HostArrayPtr>(value).get())->getClass().name(),
+                      entry.elementTable().qualifiedName);
+            return;
+    }
+}
+
+class PropertyTables : public HostTest {};
+
+TEST_F(PropertyTables, NameTheHostPropertyWordsOfEveryClassInPageOrder) {
+    std::map<std::string, std::vector<std::string>> const expected{
+        {"AppThumbnail", {"FileRef", "Alt"}},
+        {"ClassProperty", {"Name", "Purpose", "Values", "Href", "DefaultValue"}},
+        {"ClassPropertyGroup", {"Title", "Properties"}},
+        {"Example", {"Title", "Url", "OpenCommand"}},
+        {"Input", {"Name", "Purpose", "Values", "Href", "SyntaxType", "DefaultValue", "IsNameValuePair"}},
+        {"InputGroup", {"Title", "Inputs"}},
+        {"Output", {"Name", "Purpose", "Values", "Href", "SyntaxType"}},
+        {"Parameter", {"Name", "Purpose", "Values", "Href", "DefaultValue"}},
+        {"RefEntity", {"Name", "RefEntityType", "FunctionType"}},
+        {"RefItem",
+         {"Href", "RefEntities", "PackageName", "Purpose", "IntroducedIn", "Description", "AppThumbnail",
+          "DeprecationStatus", "SyntaxGroups", "InputGroups", "Outputs", "ClassPropertyGroups", "SeeAlso", "Examples",
+          "Parameters"}},
+        {"SeeAlso", {"Name", "Url"}},
+        {"SyntaxGroup", {"Title", "SyntaxType", "Syntaxes"}},
+    };
+    std::map<std::string, std::vector<std::string>> actual;
+    for (PropertyTable const* table : allTables()) {
+        std::string const& name = table->qualifiedName;
+        EXPECT_EQ(name.rfind("ovrin.internal.reference.property.", 0), 0u) << name;
+        auto& words = actual[name.substr(name.rfind('.') + 1)];
+        for (auto const& entry : table->entries) words.emplace_back(entry.word);
+    }
+    EXPECT_EQ(actual, expected);
+}
+
+TEST_F(PropertyTables, EveryPropertyOfEveryClassIsWrittenAndReadBackByItsWord) {
+    for (PropertyTable const* table : allTables()) {
+        SCOPED_TRACE(table->qualifiedName);
+        HostArrayPtr const object = constructObject(*table);
+        ocos::COSInterfacePtr const record = objectOf(object.get());
+        // Every value is set before any is read, so a setter bound to the wrong member shows.
+        for (auto const& entry : table->entries) setProperty(*record.get(), entry.word, distinctValue(entry));
+        for (auto const& entry : table->entries) expectDistinctValue(entry, getProperty(*record.get(), entry.word));
+    }
+}
+
+TEST_F(PropertyTables, WordsAreExactAndCaseSensitive) {
+    HostArrayPtr const object = constructObject(tableOf<reference::property::RefItem>());
+    ocos::COSInterfacePtr const page = objectOf(object.get());
+    EXPECT_THROW(getProperty(*page.get(), "href"), std::out_of_range);
+    EXPECT_THROW(getProperty(*page.get(), "SyntaxGroup"), std::out_of_range);
+    EXPECT_THROW(setProperty(*page.get(), "Href ", std::u16string(u"x")), std::out_of_range);
+}
+
+TEST_F(PropertyTables, ValueOfAnotherKindIsRefusedAndChangesNothing) {
+    HostArrayPtr const object = constructObject(tableOf<reference::property::RefItem>());
+    ocos::COSInterfacePtr const page = objectOf(object.get());
+    setProperty(*page.get(), "Href", std::u16string(u"kept"));
+    EXPECT_THROW(setProperty(*page.get(), "Href", true), std::invalid_argument);
+    EXPECT_THROW(setProperty(*page.get(), "Outputs", std::u16string(u"x")), std::invalid_argument);
+    EXPECT_EQ(std::get<std::u16string>(getProperty(*page.get(), "Href")), u"kept");
+}
+
+TEST_F(PropertyTables, OnlyRecordClassesHaveTables) {
+    EXPECT_EQ(findTable(enumerationInfo<reference::property::DeprecationStatus>().qualifiedName), nullptr);
+    EXPECT_EQ(findTable("ovrin.internal.reference.property.ObjectInfo"), nullptr);
+    EXPECT_EQ(findTable("ovrin.internal.reference.property.RefItem"), &tableOf<reference::property::RefItem>());
+}
+
+TEST_F(PropertyTables, EnumerationMembersAreTheKeysAndNumbersOfTheClass) {
+    auto const& status = enumerationInfo<reference::property::DeprecationStatus>();
+    EXPECT_TRUE(status.namesMember("current"));  // the default's own key
+    EXPECT_TRUE(status.namesMember("deny"));
+    EXPECT_FALSE(status.namesMember("Current"));  // a display text, not a key
+    EXPECT_TRUE(status.hasMember(5));
+    EXPECT_FALSE(status.hasMember(6));
+    auto const& entity = enumerationInfo<reference::property::RefEntityType>();
+    EXPECT_TRUE(entity.namesMember(""));
+    EXPECT_FALSE(entity.namesMember("functions"));
+    EXPECT_TRUE(entity.hasMember(27));
+    EXPECT_FALSE(entity.hasMember(28));
+}
+
+}  // namespace

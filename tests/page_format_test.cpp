@@ -1,0 +1,154 @@
+// The page format: what loads into which record through the host, and what is
+// written back out, for the shapes that real pages and hand-written pages take.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <reference/property/RefItem.hpp>
+#include <refpage/PageCheck.hpp>
+#include <refpage/PageLoader.hpp>
+#include <refpage/PageWriter.hpp>
+#include <sstream>
+#include <string>
+
+#include "support/HostTest.hpp"
+
+namespace {
+
+using namespace reference::property;
+using refpage::Json;
+using refpage::LoadResult;
+
+std::string corpusPage(std::string const& name) {
+    std::ifstream file(std::string(REFPROP_CORPUS_DIR) + "/" + name);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+class PageFormat : public HostTest {
+protected:
+    /// Loads `text`, failing the test on any error.
+    LoadResult load(std::string const& text) {
+        LoadResult result = refpage::loadPage(text, "test.json");
+        for (auto const& error : result.errors) ADD_FAILURE() << error.describe();
+        return result;
+    }
+    static RefItem const& page(LoadResult const& result) { return refpage::nativePage(result.page.get()); }
+    static Json written(LoadResult const& result) { return refpage::pageToJson(result.page.get()); }
+};
+
+TEST_F(PageFormat, MissingKeysKeepTheInitialValues) {
+    LoadResult const result = load(R"({"RefEntities": [{"Name": "only.a.name"}]})");
+    ASSERT_TRUE(result.ok());
+    RefItem const& item = page(result);
+    EXPECT_EQ(item.getDeprecationStatus(), DeprecationStatus::Current);
+    EXPECT_TRUE(item.getHref().empty());
+    ASSERT_EQ(item.getRefEntities().size(), 1u);
+    EXPECT_EQ(item.getRefEntities()[0].getRefEntityType(), RefEntityType::Unknown);
+    EXPECT_EQ(item.getRefEntities()[0].getFunctionType(), FunctionType::NA);
+    Json const json = written(result);
+    EXPECT_EQ(json["DeprecationStatus"], 0);
+    EXPECT_EQ(json["RefEntities"][0]["FunctionType"], 6);
+    EXPECT_EQ(json["AppThumbnail"], (Json{{"FileRef", ""}, {"Alt", ""}}));
+}
+
+TEST_F(PageFormat, EmptyListsLoadAndWriteAsEmptyArrays) {
+    LoadResult const result =
+        load(R"({"Outputs": [], "SyntaxGroups": [{"Syntaxes": []}], "InputGroups": [{"Inputs": [{"Values": []}]}]})");
+    ASSERT_TRUE(result.ok());
+    RefItem const& item = page(result);
+    EXPECT_TRUE(item.getOutputs().empty());
+    ASSERT_EQ(item.getSyntaxGroups().size(), 1u);
+    EXPECT_TRUE(item.getSyntaxGroups()[0].getSyntaxes().empty());
+    Json const json = written(result);
+    EXPECT_EQ(json["Outputs"], Json::array());
+    EXPECT_EQ(json["SyntaxGroups"][0]["Syntaxes"], Json::array());
+    EXPECT_EQ(json["InputGroups"][0]["Inputs"][0]["Values"], Json::array());
+}
+
+TEST_F(PageFormat, NonBmpCharactersBecomeSurrogatePairsAndComeBackAsTheSameUtf8) {
+    LoadResult const result = load("{\"Purpose\": \"\xF0\x9D\x84\x9E and \\ud834\\udd1e\"}");
+    ASSERT_TRUE(result.ok());
+    EXPECT_EQ(page(result).getPurpose(), u"\U0001D11E and \U0001D11E");
+    EXPECT_EQ(page(result).getPurpose().size(), 9u);
+    EXPECT_EQ(written(result)["Purpose"], "\xF0\x9D\x84\x9E and \xF0\x9D\x84\x9E");
+}
+
+TEST_F(PageFormat, EmbeddedZeroCodeUnitsAreKept) {
+    LoadResult const result = load(R"({"Examples": [{"OpenCommand": "a\u0000b"}]})");
+    ASSERT_TRUE(result.ok());
+    EXPECT_EQ(page(result).getExamples()[0].getOpenCommand(), std::u16string(u"a\0b", 3));
+    EXPECT_NE(refpage::jsonText(written(result)).find(R"("a\u0000b")"), std::string::npos);
+}
+
+TEST_F(PageFormat, KeysAndNumbersNameTheSameEnumerationValues) {
+    LoadResult const byKey = load(R"({"DeprecationStatus": "warn", "SyntaxGroups": [{"SyntaxType": "usage"}]})");
+    LoadResult const byNumber = load(R"({"DeprecationStatus": 2, "SyntaxGroups": [{"SyntaxType": [1]}]})");
+    ASSERT_TRUE(byKey.ok() && byNumber.ok());
+    EXPECT_TRUE(byKey.warnings.empty());
+    EXPECT_TRUE(page(byKey) == page(byNumber));
+    EXPECT_EQ(page(byKey).getSyntaxGroups()[0].getSyntaxType(), SyntaxType::Usage);
+    EXPECT_EQ(written(byNumber)["DeprecationStatus"], 2);
+}
+
+TEST_F(PageFormat, NumbersThatNameNoMemberAreStoredAsGivenWithAWarning) {
+    LoadResult const result = load(R"({"DeprecationStatus": 40, "RefEntities": [{"RefEntityType": 4294967295}]})");
+    ASSERT_TRUE(result.ok());
+    EXPECT_EQ(static_cast<std::uint32_t>(page(result).getDeprecationStatus()), 40u);
+    EXPECT_EQ(written(result)["RefEntities"][0]["RefEntityType"], 4294967295u);
+    ASSERT_EQ(result.warnings.size(), 2u);
+    EXPECT_EQ(result.warnings[0].path, "/DeprecationStatus");
+    EXPECT_EQ(result.warnings[0].message, "40 names no member of DeprecationStatus; stored 40 (Current)");
+    EXPECT_EQ(result.warnings[1].path, "/RefEntities/0/RefEntityType");
+}
+
+TEST_F(PageFormat, KeysThatNameNoMemberStoreTheDefaultWithAWarning) {
+    LoadResult const result = load(R"({"RefEntities": [{"RefEntityType": "Function", "FunctionType": "n/a"}]})");
+    ASSERT_TRUE(result.ok());
+    EXPECT_EQ(page(result).getRefEntities()[0].getRefEntityType(), RefEntityType::Unknown);
+    ASSERT_EQ(result.warnings.size(), 1u);  // "n/a" is FunctionType's own default key
+    EXPECT_EQ(result.warnings[0].describe(),
+              "test.json: /RefEntities/0/RefEntityType: \"Function\" names no member of RefEntityType; stored 27 "
+              "(Unknown)");
+}
+
+TEST_F(PageFormat, StrictModeMakesWarningsErrorsAndLoadsNothing) {
+    LoadResult const result = refpage::loadPage(R"({"DeprecationStatus": "obsolete"})", "s.json", {.strict = true});
+    EXPECT_FALSE(result.ok());
+    ASSERT_EQ(result.errors.size(), 1u);
+    EXPECT_EQ(result.errors[0].path, "/DeprecationStatus");
+    EXPECT_TRUE(result.warnings.empty());
+}
+
+TEST_F(PageFormat, WrittenPagesLoadBackToEqualPagesAndTheSameText) {
+    for (char const* name : {"numpy.add.json", "numpy.ndarray.json", "numpy.nditer.json"}) {
+        SCOPED_TRACE(name);
+        LoadResult const first = load(corpusPage(name));
+        ASSERT_TRUE(first.ok());
+        std::string const text = refpage::jsonText(written(first));
+        LoadResult const second = load(text);
+        ASSERT_TRUE(second.ok());
+        EXPECT_TRUE(page(first) == page(second));
+        EXPECT_EQ(refpage::jsonText(written(second)), text);
+    }
+}
+
+TEST_F(PageFormat, CorpusPagesPassEveryCheck) {
+    for (char const* name : {"numpy.add.json", "numpy.ndarray.json", "numpy.matrix.json"}) {
+        refpage::CheckReport const report = refpage::checkPage(corpusPage(name), name);
+        for (auto const& failure : report.failures) ADD_FAILURE() << failure.describe();
+        EXPECT_TRUE(report.warnings.empty());
+    }
+}
+
+TEST_F(PageFormat, CheckReportsAReadBackThatDiffersFromTheInput) {
+    // The comparison itself: a changed value and a missing key are both found, with their paths.
+    Json const expected = Json::parse(R"({"A": [{"B": "x"}], "C": 1})");
+    Json const actual = Json::parse(R"({"A": [{"B": "y"}]})");
+    std::vector<std::string> differences;
+    std::string path;
+    refpage::compareJson(expected, actual, path, differences);
+    EXPECT_EQ(differences, (std::vector<std::string>{R"(/A/0/B: expected "x", found "y")", "/C: missing"}));
+}
+
+}  // namespace

@@ -20,8 +20,9 @@
 namespace {
 
 struct Symbol {
-    char kind;         ///< nm's type letter: T, W, V, u, B, D, R...
-    std::string name;  ///< demangled, with standard string types spelled by their aliases
+    char kind;            ///< nm's type letter: T, W, V, u, B, D, R...
+    std::string mangled;  ///< as the linker sees it
+    std::string name;     ///< demangled, with standard string types spelled by their aliases
 };
 
 /// The path of the loaded library, found from one of its own functions.
@@ -48,23 +49,33 @@ std::string normalise(std::string name) {
     return name;
 }
 
-std::vector<Symbol> exportedSymbols() {
-    std::string const command = "nm -D --defined-only -C '" + libraryPath() + "'";
+/// "<address> <kind> <name>" lines of nm over the library, in symbol-table order.
+std::vector<std::pair<char, std::string>> runNm(std::string const& options) {
+    std::string const command = "nm -D --defined-only -p " + options + " '" + libraryPath() + "'";
     std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
     if (!pipe) throw std::runtime_error("cannot run " + command);
-    std::vector<Symbol> symbols;
+    std::vector<std::pair<char, std::string>> symbols;
     std::array<char, 4096> buffer{};
     std::string line;
     while (std::fgets(buffer.data(), buffer.size(), pipe.get()) != nullptr) {
         line += buffer.data();
-        if (line.empty() || line.back() != '\n') continue;
+        if (line.back() != '\n') continue;
         line.pop_back();
-        // "<address> <kind> <name>"
         std::size_t const kindAt = line.find(' ');
         if (kindAt != std::string::npos && kindAt + 3 <= line.size())
-            symbols.push_back({line[kindAt + 1], normalise(line.substr(kindAt + 3))});
+            symbols.emplace_back(line[kindAt + 1], line.substr(kindAt + 3));
         line.clear();
     }
+    return symbols;
+}
+
+std::vector<Symbol> exportedSymbols() {
+    auto const mangled = runNm("");
+    auto const demangled = runNm("-C");
+    if (mangled.size() != demangled.size()) throw std::runtime_error("nm listed the symbols differently with -C");
+    std::vector<Symbol> symbols;
+    for (std::size_t i = 0; i < mangled.size(); ++i)
+        symbols.push_back({mangled[i].first, mangled[i].second, normalise(demangled[i].second)});
     return symbols;
 }
 
@@ -94,8 +105,10 @@ bool allowed(Symbol const& symbol) {
                          "std::exception, void>"))
         return true;
     // Vague-linkage instantiations of the standard library's own templates, which it marks visible.
+    // The mangled name tells their namespace without the return type the demangler puts first.
+    static std::regex const standardLibrary(R"(^_Z(T[IVS])?N?[KVrLO]*(St|9__gnu_cxx))");
     bool const vague = symbol.kind == 'W' || symbol.kind == 'V' || symbol.kind == 'u';
-    if (vague && startsWith(name, "std::")) return true;
+    if (vague && std::regex_search(symbol.mangled, standardLibrary)) return true;
     // Symbols the linker and the sanitizer runtimes define in every shared library.
     static std::set<std::string> const linkerSymbols = {"_init", "_fini", "__bss_start", "_edata", "_end"};
     return linkerSymbols.count(name) != 0 || startsWith(name, "__asan") || startsWith(name, "__odr_asan") ||

@@ -2,6 +2,9 @@
 # find_package(reference_property) and linking reference::property works elsewhere.
 include(CMakePackageConfigHelpers)
 
+# Installed libraries find each other beside themselves, wherever the prefix is.
+set_target_properties(reference_property reference_utils ovrin_host PROPERTIES INSTALL_RPATH "$ORIGIN")
+
 install(TARGETS reference_property reference_utils ovrin_host
   EXPORT reference_propertyTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}

@@ -9,7 +9,7 @@
 namespace refpage {
 
 void ensureHostClasses() {
-    static bool const registered = (reference::glue::registerClasses(), true);
+    static bool const registered = (reference::glue::registerClasses(), reference::glue::allTables(), true);
     static_cast<void>(registered);
 }
 
@@ -30,6 +30,7 @@ LoadResult buildPage(ParsedPage const& parsed, std::string_view source) {
 }
 
 LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions const& options) {
+    ensureHostClasses();
     return buildPage(parsePage(text, source, options), source);
 }
 

@@ -20,7 +20,7 @@ struct LoadResult {
     bool ok() const noexcept { return page != nullptr; }
 };
 
-/// Registers the host classes once per process; every loader calls it.
+/// Registers the host classes and builds the property tables, once per process; every loader calls it.
 void ensureHostClasses();
 
 LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions const& options = {});

@@ -39,10 +39,12 @@ oxArray_tag const* accessEnumNumberCache(HostArrayPtr& cache, std::uint32_t numb
     return cache.get();
 }
 
-void setEnumNumberAndCache(oxArray_tag const* value, HostArrayPtr& cache, std::uint32_t& number) {
-    if (value == nullptr) return;
+std::uint32_t readScalarNumber(oxArray_tag const* value) {
     if (omGetNumberOfElementsInUnderlyingArray(value) != 1) throw makeRequireScalar();
-    number = *static_cast<std::uint32_t const*>(oxGetData(omGetUnderlyingArray(value)));
+    return *static_cast<std::uint32_t const*>(oxGetData(omGetUnderlyingArray(value)));
+}
+
+void cacheAssignedValue(oxArray_tag const* value, HostArrayPtr& cache) {
     cache = reference::utils::copyOxArrayToSharedOxArrayPtr(value);
 }
 

@@ -17,10 +17,12 @@ namespace reference::property::bridge {
 /// failure propagates with the cache left as it was and no host array left behind.
 oxArray_tag const* accessEnumNumberCache(HostArrayPtr& cache, std::uint32_t number, std::string (*qualifiedName)());
 
-/// Setter core. Null `value`: nothing happens. Anything but exactly one element throws
-/// RequireScalar and changes nothing. Otherwise stores the element's number in `number`
-/// unchecked and caches a shared handle to `value` itself.
-void setEnumNumberAndCache(oxArray_tag const* value, HostArrayPtr& cache, std::uint32_t& number);
+/// Setter core, first half: the number of the one element under a non-null `value`, as it
+/// is (no range check). Throws RequireScalar unless `value` stands on exactly one element.
+std::uint32_t readScalarNumber(oxArray_tag const* value);
+
+/// Setter core, second half: `cache` takes a shared handle to `value` itself, releasing the old one.
+void cacheAssignedValue(oxArray_tag const* value, HostArrayPtr& cache);
 
 /// The getter of an enumeration property of `Enum`: see accessEnumNumberCache.
 template <class Enum>
@@ -28,13 +30,14 @@ oxArray_tag const* accessEnumCache(HostArrayPtr& cache, typename Enum::Value val
     return accessEnumNumberCache(cache, static_cast<std::uint32_t>(value), &qualifiedClassName<Enum>);
 }
 
-/// The setter of an enumeration property of `Enum`: see setEnumNumberAndCache.
-/// `field` changes only when the set succeeds.
+/// The setter of an enumeration property of `Enum`. Null `value`: nothing happens. Anything
+/// but exactly one element throws RequireScalar and changes nothing. Otherwise `field` takes
+/// the element's number unchecked and `cache` a shared handle to `value` itself.
 template <class Enum>
 void setEnumAndCache(oxArray_tag const* value, HostArrayPtr& cache, typename Enum::Value& field) {
-    std::uint32_t number = field;
-    setEnumNumberAndCache(value, cache, number);
-    field = static_cast<typename Enum::Value>(number);
+    if (value == nullptr) return;
+    field = static_cast<typename Enum::Value>(readScalarNumber(value));
+    cacheAssignedValue(value, cache);
 }
 
 }  // namespace reference::property::bridge

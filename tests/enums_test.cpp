@@ -127,13 +127,6 @@ TEST(Enumerations, DisplayTextsAndAlteredKeysGiveTheDefault) {
     expectNonKeysGiveDefault<SyntaxType>(syntaxTypeMembers);
 }
 
-TEST(Enumerations, DefaultsAreTheStatedMembers) {
-    EXPECT_EQ(DeprecationStatus::getDefaultValue(), DeprecationStatus::Current);
-    EXPECT_EQ(FunctionType::getDefaultValue(), FunctionType::NA);
-    EXPECT_EQ(RefEntityType::getDefaultValue(), RefEntityType::Unknown);
-    EXPECT_EQ(SyntaxType::getDefaultValue(), SyntaxType::NA);
-}
-
 TEST(Enumerations, EmptyTextGivesTheDefault) {
     EXPECT_EQ(DeprecationStatus::stringToEnum(""), DeprecationStatus::Current);
     EXPECT_EQ(FunctionType::stringToEnum(""), FunctionType::NA);

@@ -52,11 +52,6 @@ TEST_F(RefEntityRecord, EqualityComparesKindNameAndFunctionTypeOnly) {
     EXPECT_EQ(other, fresh);
 }
 
-TEST_F(RefEntityRecord, PropertyGetterReturnsTheNameMember) {
-    RefEntity const entity;
-    EXPECT_EQ(&entity.getNameProperty(), &entity.getName());
-}
-
 TEST_F(RefEntityRecord, CopySharesTheCachedHostObjects) {
     std::optional<RefEntity> source = makeEntity(RefEntityType::Class, u"ndarray", FunctionType::Constructor);
     oxArray_tag const* const type = source->getRefEntityTypeProperty();
@@ -104,12 +99,4 @@ TEST(RefItemLookupRecord, CopyKeepsEveryFieldExactly) {
     EXPECT_TRUE(copy.isDeprecated());
     EXPECT_EQ(copy.getHref(), u"numpy.sum.html");
     EXPECT_EQ(copy.getFunctionType(), FunctionType::StaticMethod);
-}
-
-TEST(RefItemLookupRecord, NewLookupHoldsTheDefaults) {
-    RefItemLookup const lookup;
-    EXPECT_EQ(lookup.getType(), RefEntityType::Unknown);
-    EXPECT_EQ(lookup.getFunctionType(), FunctionType::NA);
-    EXPECT_FALSE(lookup.isDeprecated());
-    EXPECT_TRUE(lookup.getName().empty());
 }

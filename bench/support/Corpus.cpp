@@ -1,110 +1,18 @@
-// Loads the corpus pages through the glue's property tables: every JSON member
-// becomes the host value of the property with the same word, set through the
-// record's host setter, as the host would.
+// Loads the corpus pages with the page format library: parsed, then built
+// through the host's property setters, as refpage does.
 #include "support/Corpus.hpp"
 
-#include <reference/glue/Classes.hpp>
-#include <reference/glue/Enumerations.hpp>
-#include <reference/glue/Properties.hpp>
-#include <reference/glue/PropertyTable.hpp>
-
-#include <nlohmann/json.hpp>
-#include <utf8.h>
+#include <refpage/PageLoader.hpp>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <sstream>
+#include <stdexcept>
 
 namespace bench {
 namespace {
 
-using nlohmann::json;
-using reference::glue::HostValue;
-using reference::glue::PropertyEntry;
-using reference::glue::PropertyKind;
-using reference::glue::PropertyTable;
-using reference::property::HostArrayPtr;
-
-std::u16string utf16Of(std::string const& text) {
-    std::u16string result;
-    utf8::utf8to16(text.begin(), text.end(), std::back_inserter(result));
-    return result;
-}
-
-void fillRecord(void* record, PropertyTable const& table, json const& object);
-
-/// A host object of `table`'s class filled from `object`, as a 1-by-1 host array.
-HostArrayPtr hostRecord(PropertyTable const& table, json const& object) {
-    HostArrayPtr array = reference::glue::constructObject(table);
-    ocos::COSInterfacePtr const element = reference::glue::objectOf(array.get());
-    fillRecord(reference::glue::recordOf(*element.get(), table), table, object);
-    return array;
-}
-
-HostValue hostValueOf(PropertyEntry const& entry, json const& value) {
-    switch (entry.kind) {
-    case PropertyKind::String:
-        return utf16Of(value.get<std::string>());
-    case PropertyKind::Bool:
-        return value.get<bool>();
-    case PropertyKind::Enumeration: {
-        std::uint32_t const number = entry.enumeration->keyToValue(value.get<std::string>());
-        return reference::glue::constructEnumeration(*entry.enumeration, std::span(&number, 1));
-    }
-    case PropertyKind::StringList: {
-        matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(1, value.size()));
-        for (std::size_t i = 0; i < value.size(); ++i) {
-            oxSetStringElement(array.get(), i, utf16Of(value[i].get<std::string>()));
-        }
-        return HostArrayPtr(array.release(), false);
-    }
-    case PropertyKind::ObjectArray: {
-        PropertyTable const& elementTable = entry.elementTable();
-        matrix::unique_array array = matrix::from_ovrin(omCreateOCOSMatrix(1, value.size(), elementTable.identity));
-        for (std::size_t i = 0; i < value.size(); ++i) {
-            HostArrayPtr const element = hostRecord(elementTable, value[i]);
-            omSetArrayElement(array.get(), i, reference::glue::objectOf(element.get()));
-        }
-        return HostArrayPtr(array.release(), false);
-    }
-    case PropertyKind::Record:
-        return hostRecord(entry.elementTable(), value);
-    }
-    return {};
-}
-
-void fillRecord(void* record, PropertyTable const& table, json const& object) {
-    for (PropertyEntry const& entry : table.entries) {
-        auto const member = object.find(std::string(entry.word));
-        if (member == object.end()) {
-            continue;
-        }
-        HostValue const value = hostValueOf(entry, *member);
-        switch (entry.kind) {
-        case PropertyKind::String:
-            entry.strings().set(record, &std::get<std::u16string>(value));
-            break;
-        case PropertyKind::Bool:
-            entry.flag().set(record, std::get<bool>(value));
-            break;
-        default:
-            entry.arrays().set(record, std::get<HostArrayPtr>(value).get());
-            break;
-        }
-    }
-}
-
-std::string readFile(std::filesystem::path const& path) {
-    std::ifstream stream(path, std::ios::binary);
-    std::ostringstream text;
-    text << stream.rdbuf();
-    return text.str();
-}
-
 std::vector<CorpusPage> loadCorpus() {
-    reference::glue::registerClasses();
+    refpage::ensureHostClasses();
     std::vector<std::filesystem::path> paths;
     std::error_code error;
     for (auto const& file : std::filesystem::directory_iterator(REFPROP_CORPUS_DIR, error)) {
@@ -113,12 +21,19 @@ std::vector<CorpusPage> loadCorpus() {
         }
     }
     std::sort(paths.begin(), paths.end());
-    PropertyTable const& table = reference::glue::tableOf<reference::property::RefItem>();
     std::vector<CorpusPage> pages;
     pages.reserve(paths.size());
     for (auto const& path : paths) {
-        CorpusPage entry{path.string(), readFile(path), {}};
-        fillRecord(&entry.page, table, json::parse(entry.json));
+        CorpusPage entry{path.string(), {}, {}};
+        refpage::PageError readError;
+        if (!refpage::readTextFile(path, entry.json, readError)) {
+            throw std::runtime_error("cannot read " + entry.path);
+        }
+        refpage::LoadResult const loaded = refpage::loadPage(entry.json, entry.path);
+        if (!loaded.ok()) {
+            throw std::runtime_error("cannot load " + entry.path);
+        }
+        entry.page = refpage::nativePage(loaded.page.get()).copy();
         pages.push_back(std::move(entry));
     }
     return pages;

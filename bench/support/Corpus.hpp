@@ -12,7 +12,7 @@ namespace bench {
 struct CorpusPage {
     std::string path;                    ///< the JSON file the page came from
     std::string json;                    ///< the file's whole text
-    reference::property::RefItem page;   ///< the page loaded through its host property setters
+    reference::property::RefItem page;   ///< a copy of the page as loaded through its host property setters
 };
 
 /// Every page of the corpus directory, in file-name order; loaded on first use.

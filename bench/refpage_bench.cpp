@@ -1,0 +1,72 @@
+// refpage check over the corpus against parsing the same JSON texts alone, per
+// page; the texts are read once, outside the timed loop. Between the two: loading
+// (parse, check, build through the host) and building alone from pages parsed
+// beforehand, which is the library's, the host's and the glue's share of a load.
+#include "support/AllocationCounter.hpp"
+#include "support/Corpus.hpp"
+#include "support/Registration.hpp"
+
+#include <refpage/PageCheck.hpp>
+#include <refpage/PageLoader.hpp>
+#include <refpage/PageParser.hpp>
+
+#include <vector>
+
+namespace {
+
+/// Runs `step(text, path)` on every corpus page; one iteration is the whole corpus.
+template <class Step>
+void overCorpus(benchmark::State& state, Step step) {
+    auto const& pages = bench::corpus();
+    bench::AllocationMeter const meter;
+    for (auto _ : state) {
+        for (auto const& entry : pages) {
+            if (!step(entry.json, entry.path)) {
+                state.SkipWithError(("failed on " + entry.path).c_str());
+                return;
+            }
+        }
+    }
+    meter.report(state, static_cast<double>(pages.size()));
+    bench::reportTimePerOperation(state, static_cast<double>(pages.size()));
+}
+
+int const registered = [] {
+    bench::registerBenchmark("refpage/parse_json_only", [](benchmark::State& state) {
+        overCorpus(state, [](std::string const& text, std::string const& path) {
+            refpage::PageErrors errors;
+            auto parsed = refpage::parseJson(text, path, errors);
+            benchmark::DoNotOptimize(parsed);
+            return parsed.has_value();
+        });
+    });
+    bench::registerBenchmark("refpage/load_page", [](benchmark::State& state) {
+        overCorpus(state, [](std::string const& text, std::string const& path) {
+            refpage::LoadResult const loaded = refpage::loadPage(text, path);
+            return loaded.ok();
+        });
+    });
+    bench::registerBenchmark("refpage/build_through_host", [](benchmark::State& state) {
+        std::vector<refpage::ParsedPage> parsed;
+        for (auto const& entry : bench::corpus()) {
+            parsed.push_back(refpage::parsePage(entry.json, entry.path));
+        }
+        bench::AllocationMeter const meter;
+        for (auto _ : state) {
+            for (std::size_t i = 0; i < parsed.size(); ++i) {
+                refpage::LoadResult const loaded = refpage::buildPage(parsed[i], bench::corpus()[i].path);
+                benchmark::DoNotOptimize(loaded.page.get());
+            }
+        }
+        meter.report(state, static_cast<double>(parsed.size()));
+        bench::reportTimePerOperation(state, static_cast<double>(parsed.size()));
+    });
+    bench::registerBenchmark("refpage/check_page", [](benchmark::State& state) {
+        overCorpus(state, [](std::string const& text, std::string const& path) {
+            return refpage::checkPage(text, path).passed();
+        });
+    });
+    return 0;
+}();
+
+}  // namespace

@@ -64,7 +64,7 @@ std::string renderPage(RefItem const& page) {
         facts.addRow({"Entity", fmt::format("{} ({}, {})", utf8(entity.getName()),
                                             RefEntityType::enumToString(entity.getRefEntityType()),
                                             FunctionType::enumToString(entity.getFunctionType()))});
-    facts.addRow({"Package", utf8(page.getPackageName())});
+    if (!page.getPackageName().empty()) facts.addRow({"Package", utf8(page.getPackageName())});
     if (!page.getIntroduced().empty()) facts.addRow({"Introduced in", utf8(page.getIntroduced())});
     facts.addRow({"Status", DeprecationStatus::enumToString(page.getDeprecationStatus())});
     facts.addRow({"Link", utf8(page.getHref())});

@@ -18,6 +18,7 @@ EnumerationInfo makeInfo(typename Enumeration::Value lastMember, std::string_vie
     EnumerationInfo info;
     info.qualifiedName = std::string(Enumeration::getOCOSNamespaceName()) + "." + Enumeration::getOCOSClassName();
     info.className = Enumeration::getOCOSClassName();
+    info.identity = ocos::internal::makeInterned(info.qualifiedName);
     info.memberCount = static_cast<std::uint32_t>(lastMember) + 1;
     info.defaultKey = defaultKey;
     info.keyToValue = [](std::string_view key) -> std::uint32_t { return Enumeration::stringToEnum(key); };
@@ -63,9 +64,7 @@ HostArrayPtr constructEnumeration(EnumerationInfo const& info, std::span<std::ui
     HostArrayPtr const numbers(matrix::detail::do_create_uninitnumeric(1, values.size(), oxUINT32_CLASS, false), false);
     if (!values.empty()) std::copy(values.begin(), values.end(), static_cast<std::uint32_t*>(oxGetData(numbers.get())));
     oxArray_tag const* const arguments[] = {numbers.get()};
-    return HostArrayPtr(omConstructObjectWithClient(ocos::internal::makeInterned(info.qualifiedName), 1, arguments,
-                                                    COSGetPublicClient()),
-                        false);
+    return HostArrayPtr(omConstructObjectWithClient(info.identity, 1, arguments, COSGetPublicClient()), false);
 }
 
 std::span<std::uint32_t const> enumerationValues(oxArray_tag const* object) {

@@ -12,10 +12,11 @@
 namespace reference::glue {
 
 struct EnumerationInfo {
-    std::string qualifiedName;      ///< host class: namespace, ".", class name
-    std::string_view className;     ///< class name alone, as "SyntaxType"
-    std::uint32_t memberCount = 0;  ///< members are numbered 0 to memberCount - 1
-    std::string_view defaultKey;    ///< key text of the default member (the only key mapping to it)
+    std::string qualifiedName;               ///< host class: namespace, ".", class name
+    std::string_view className;              ///< class name alone, as "SyntaxType"
+    ocos::ClassIdentity identity = nullptr;  ///< interned qualifiedName
+    std::uint32_t memberCount = 0;           ///< members are numbered 0 to memberCount - 1
+    std::string_view defaultKey;             ///< key text of the default member (the only key mapping to it)
     std::uint32_t (*keyToValue)(std::string_view key) = nullptr;  ///< the class's stringToEnum
     std::string (*displayText)(std::uint32_t value) = nullptr;    ///< the class's enumToString
 

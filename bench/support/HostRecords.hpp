@@ -3,6 +3,7 @@
 #pragma once
 
 #include <reference/property/Example.hpp>
+#include <reference/property/Input.hpp>
 #include <reference/property/HostArray.hpp>
 
 #include <ovrin/ocos.hpp>
@@ -38,5 +39,8 @@ HostArrayPtr hostObjectArray(std::vector<Record> const& records) {
 
 /// `count` distinct examples with texts of corpus-typical length (none fits a short-string buffer).
 std::vector<reference::property::Example> syntheticExamples(std::size_t count);
+
+/// `count` distinct inputs, each with four texts, two values and a syntax type, as a corpus input has.
+std::vector<reference::property::Input> syntheticInputs(std::size_t count);
 
 }  // namespace bench

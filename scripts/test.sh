@@ -16,7 +16,31 @@ build_and_test() {
 stage_dev() { build_and_test dev; }
 stage_asan() { build_and_test asan; }
 
-STAGES=(setup dev asan)
+# ThreadSanitizer: only the concurrency test (threads on their own records, shared key tables).
+stage_tsan() {
+  cmake --preset tsan
+  cmake --build --preset tsan -j2 --target concurrency_test
+  TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 build/tsan/tests/concurrency_test
+}
+
+# libFuzzer under ASan/UBSan: each target for about a minute from real-page seeds; a crash
+# fails the stage and leaves its reproducer in fuzz/regressions/<target>/ for the replay test.
+stage_fuzz() {
+  cmake --preset fuzz
+  cmake --build --preset fuzz -j2 --target page_loader_fuzzer refitem_operations_fuzzer
+  bash fuzz/run_fuzzers.sh build/fuzz 60
+}
+
+# Memory check of the main job: refpage check over every real page with the asan build's
+# tool and LeakSanitizer on; any error or leak fails it.
+stage_memcheck() {
+  cmake --preset asan
+  cmake --build --preset asan -j2 --target refpage
+  ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
+    build/asan/tools/refpage/refpage check "${REFPROP_SHARED_DIR:-../shared}/corpus/numpy"
+}
+
+STAGES=(setup dev asan tsan fuzz memcheck)
 
 for stage in "${STAGES[@]}"; do
   echo "==> stage ${stage}"

@@ -2,11 +2,15 @@
 // record into a type-erased entry. Written once, instantiated per property.
 #pragma once
 
+#include <functional>
 #include <reference/glue/PropertyTable.hpp>
 #include <string_view>
 
 namespace reference::glue::entries {
 
+/// The record a host object wraps, as the type its table was made for. Accessors call
+/// through std::invoke, so a member of the base (ObjectInfo) binds by an ordinary
+/// derived-to-base conversion, which optimised builds' alias analysis accepts.
 template <class Record>
 Record const& as(void const* record) {
     return *static_cast<Record const*>(record);
@@ -20,8 +24,8 @@ Record& as(void* record) {
 template <class Record, auto Get, auto Set>
 PropertyEntry stringProperty(std::string_view word) {
     StringAccess access{
-        [](void const* record) -> std::u16string const& { return (as<Record>(record).*Get)(); },
-        [](void* record, std::u16string const* value) { (as<Record>(record).*Set)(value); },
+        [](void const* record) -> std::u16string const& { return std::invoke(Get, as<Record>(record)); },
+        [](void* record, std::u16string const* value) { std::invoke(Set, as<Record>(record), value); },
     };
     return PropertyEntry{word, PropertyKind::String, access};
 }
@@ -29,8 +33,8 @@ PropertyEntry stringProperty(std::string_view word) {
 template <class Record, auto Get, auto Set>
 PropertyEntry boolProperty(std::string_view word) {
     BoolAccess access{
-        [](void const* record) -> bool { return (as<Record>(record).*Get)(); },
-        [](void* record, bool value) { (as<Record>(record).*Set)(value); },
+        [](void const* record) -> bool { return std::invoke(Get, as<Record>(record)); },
+        [](void* record, bool value) { std::invoke(Set, as<Record>(record), value); },
     };
     return PropertyEntry{word, PropertyKind::Bool, access};
 }
@@ -38,8 +42,8 @@ PropertyEntry boolProperty(std::string_view word) {
 template <class Record, auto Get, auto Set>
 ArrayAccess arrayAccess() {
     return ArrayAccess{
-        [](void const* record) -> oxArray_tag const* { return (as<Record>(record).*Get)(); },
-        [](void* record, oxArray_tag const* value) { (as<Record>(record).*Set)(value); },
+        [](void const* record) -> oxArray_tag const* { return std::invoke(Get, as<Record>(record)); },
+        [](void* record, oxArray_tag const* value) { std::invoke(Set, as<Record>(record), value); },
     };
 }
 

@@ -250,16 +250,6 @@ SweepCount sweepGetter(Property<R> const& property, R const& source) {
     });
 }
 
-/// The first donor whose native field (read by `native`) differs from the target's.
-template <class Field>
-rp::RefItem const& donorFor(rp::RefItem const& target, std::vector<rp::RefItem> const& donors,
-                            Field const& (rp::RefItem::*native)() const) {
-    for (rp::RefItem const& donor : donors)
-        if (!((donor.*native)() == (target.*native)())) return donor;
-    ADD_FAILURE() << "no donor page differs from the target in this field";
-    return donors.front();
-}
-
 class FaultSweep : public HostTest {
 protected:
     void expectAllSurvived() {
@@ -315,64 +305,73 @@ TEST_F(FaultSweep, WholePageLoadsFailCleanlyAtEveryHostCallAndLoadOnRetry) {
     expectAllSurvived();
 }
 
+/// A cached property of the page record, and whether two pages hold the same value in its field.
+struct PageProperty {
+    Property<rp::RefItem> property;
+    std::function<bool(rp::RefItem const&, rp::RefItem const&)> sameField;
+};
+
+template <class Field>
+std::function<bool(rp::RefItem const&, rp::RefItem const&)> sameField(Field (rp::RefItem::*native)() const) {
+    return [native](rp::RefItem const& a, rp::RefItem const& b) { return (a.*native)() == (b.*native)(); };
+}
+
 /// Every cached property of the page record.
-std::vector<Property<rp::RefItem>> pageProperties() {
+std::vector<PageProperty> pageProperties() {
     using R = rp::RefItem;
     auto const keeps = SetFailure::KeepsFieldAndCache;
     auto const mayKeepNew = SetFailure::MayKeepNewFieldOldCache;
     return {
-        {"RefEntities", &R::getRefEntitiesProperty, &R::setRefEntitiesProperty, recordsAgree(&R::getRefEntities),
-         mayKeepNew},
-        {"AppThumbnail", &R::getAppThumbnailProperty, &R::setAppThumbnailProperty, thumbnailAgrees(), mayKeepNew},
-        {"SyntaxGroups", &R::getSyntaxGroupsProperty, &R::setSyntaxGroupProperty, recordsAgree(&R::getSyntaxGroups),
-         mayKeepNew},
-        {"InputGroups", &R::getInputGroupsProperty, &R::setInputGroupsProperty, recordsAgree(&R::getInputGroups),
-         mayKeepNew},
-        {"Outputs", &R::getOutputsProperty, &R::setOutputsProperty, recordsAgree(&R::getOutputs), mayKeepNew},
-        {"ClassPropertyGroups", &R::getClassPropertyGroupsProperty, &R::setClassPropertyGroupsProperty,
-         recordsAgree(&R::getClassPropertyGroups), mayKeepNew},
-        {"SeeAlso", &R::getSeeAlsoProperty, &R::setSeeAlsoProperty, recordsAgree(&R::getSeeAlsoInfo), mayKeepNew},
-        {"Examples", &R::getExamplesProperty, &R::setExamplesProperty, recordsAgree(&R::getExamples), mayKeepNew},
-        {"Parameters", &R::getParametersProperty, &R::setParametersProperty, recordsAgree(&R::getParameters),
-         mayKeepNew},
-        {"DeprecationStatus", &R::getDeprecationStatusProperty, &R::setDeprecationStatusProperty,
-         numberAgrees(&R::getDeprecationStatus), keeps},
+        {{"RefEntities", &R::getRefEntitiesProperty, &R::setRefEntitiesProperty, recordsAgree(&R::getRefEntities),
+          mayKeepNew},
+         sameField(&R::getRefEntities)},
+        {{"AppThumbnail", &R::getAppThumbnailProperty, &R::setAppThumbnailProperty, thumbnailAgrees(), mayKeepNew},
+         sameField(&R::getAppThumbnail)},
+        {{"SyntaxGroups", &R::getSyntaxGroupsProperty, &R::setSyntaxGroupProperty, recordsAgree(&R::getSyntaxGroups),
+          mayKeepNew},
+         sameField(&R::getSyntaxGroups)},
+        {{"InputGroups", &R::getInputGroupsProperty, &R::setInputGroupsProperty, recordsAgree(&R::getInputGroups),
+          mayKeepNew},
+         sameField(&R::getInputGroups)},
+        {{"Outputs", &R::getOutputsProperty, &R::setOutputsProperty, recordsAgree(&R::getOutputs), mayKeepNew},
+         sameField(&R::getOutputs)},
+        {{"ClassPropertyGroups", &R::getClassPropertyGroupsProperty, &R::setClassPropertyGroupsProperty,
+          recordsAgree(&R::getClassPropertyGroups), mayKeepNew},
+         sameField(&R::getClassPropertyGroups)},
+        {{"SeeAlso", &R::getSeeAlsoProperty, &R::setSeeAlsoProperty, recordsAgree(&R::getSeeAlsoInfo), mayKeepNew},
+         sameField(&R::getSeeAlsoInfo)},
+        {{"Examples", &R::getExamplesProperty, &R::setExamplesProperty, recordsAgree(&R::getExamples), mayKeepNew},
+         sameField(&R::getExamples)},
+        {{"Parameters", &R::getParametersProperty, &R::setParametersProperty, recordsAgree(&R::getParameters),
+          mayKeepNew},
+         sameField(&R::getParameters)},
+        {{"DeprecationStatus", &R::getDeprecationStatusProperty, &R::setDeprecationStatusProperty,
+          numberAgrees(&R::getDeprecationStatus), keeps},
+         sameField(&R::getDeprecationStatus)},
     };
 }
 
-/// The donor array for one page property: a donor page's own cached array for the property.
-oxArray_tag const* donorValue(Property<rp::RefItem> const& property, rp::RefItem const& target,
+/// The value to set a page property to: the cached array of the first donor page whose field differs.
+oxArray_tag const* donorValue(PageProperty const& page, rp::RefItem const& target,
                               std::vector<rp::RefItem> const& donors) {
-    using R = rp::RefItem;
-    rp::RefItem const* donor = &donors.front();
-    std::string const& n = property.name;
-    if (n == "RefEntities") donor = &donorFor(target, donors, &R::getRefEntities);
-    if (n == "AppThumbnail") donor = &donorFor(target, donors, &R::getAppThumbnail);
-    if (n == "SyntaxGroups") donor = &donorFor(target, donors, &R::getSyntaxGroups);
-    if (n == "InputGroups") donor = &donorFor(target, donors, &R::getInputGroups);
-    if (n == "Outputs") donor = &donorFor(target, donors, &R::getOutputs);
-    if (n == "ClassPropertyGroups") donor = &donorFor(target, donors, &R::getClassPropertyGroups);
-    if (n == "SeeAlso") donor = &donorFor(target, donors, &R::getSeeAlsoInfo);
-    if (n == "Examples") donor = &donorFor(target, donors, &R::getExamples);
-    if (n == "Parameters") donor = &donorFor(target, donors, &R::getParameters);
-    if (n == "DeprecationStatus")
-        for (rp::RefItem const& d : donors)
-            if (d.getDeprecationStatus() != target.getDeprecationStatus()) donor = &d;
-    return (donor->*property.get)();
+    for (rp::RefItem const& donor : donors)
+        if (!page.sameField(donor, target)) return (donor.*page.property.get)();
+    ADD_FAILURE() << page.property.name << ": no donor page differs from the target";
+    return (donors.front().*page.property.get)();
 }
 
 TEST_F(FaultSweep, PageSettersLeaveAnAllowedStateAtEveryHostCall) {
     rp::RefItem const target = loadNative(targetPage);
     std::vector<rp::RefItem> donors;
     for (std::string const& name : donorPages()) donors.push_back(loadNative(name));
-    for (Property<rp::RefItem> const& property : pageProperties())
-        add(sweepSetter(property, target, donorValue(property, target, donors)));
+    for (PageProperty const& page : pageProperties())
+        add(sweepSetter(page.property, target, donorValue(page, target, donors)));
     expectAllSurvived();
 }
 
 TEST_F(FaultSweep, PageGettersLeaveTheirSlotEmptyAtEveryHostCall) {
     rp::RefItem const source = loadNative(targetPage);
-    for (Property<rp::RefItem> const& property : pageProperties()) add(sweepGetter(property, source));
+    for (PageProperty const& page : pageProperties()) add(sweepGetter(page.property, source));
     expectAllSurvived();
 }
 

@@ -1,6 +1,7 @@
 #include <reference/property/AppThumbnail.hpp>
 
 #include "bridge/ClassIdentity.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -15,8 +16,7 @@ std::u16string const& AppThumbnail::getAltProperty() const { return alt; }
 void AppThumbnail::setAltProperty(std::u16string const* value) { utils::setStringProperty(alt, value); }
 
 bool AppThumbnail::operator==(AppThumbnail const& other) const {
-    // std::u16string's == compares the lengths first, then the code units.
-    return fileRef == other.getFileRef() && alt == other.getAlt();
+    return records::sameText(fileRef, other.getFileRef()) && records::sameText(alt, other.getAlt());
 }
 
 AppThumbnail AppThumbnail::copy() const { return *this; }

@@ -1,5 +1,7 @@
 #include <reference/property/ClassProperty.hpp>
 
+#include "records/TextEquality.hpp"
+
 #include <reference/utils/Properties.hpp>
 
 namespace reference::property {
@@ -12,7 +14,7 @@ void ClassProperty::setDefaultValueProperty(std::u16string const* value) {
 }
 
 bool ClassProperty::operator==(ClassProperty const& other) const {
-    return defaultValue == other.getDefaultValue() && ObjectInfo::operator==(other);
+    return records::sameText(defaultValue, other.getDefaultValue()) && ObjectInfo::operator==(other);
 }
 
 ClassProperty ClassProperty::copy() const { return *this; }

@@ -2,6 +2,7 @@
 
 #include "bridge/ClassIdentity.hpp"
 #include "bridge/ObjectArray.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -23,7 +24,7 @@ void ClassPropertyGroup::setPropertiesProperty(oxArray_tag const* value) {
 }
 
 bool ClassPropertyGroup::operator==(ClassPropertyGroup const& other) const {
-    return title == other.getTitle() && classProperties == other.getClassProperties();
+    return records::sameText(title, other.getTitle()) && classProperties == other.getClassProperties();
 }
 
 ClassPropertyGroup ClassPropertyGroup::copy() const {

@@ -1,6 +1,7 @@
 #include <reference/property/Example.hpp>
 
 #include "bridge/ClassIdentity.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -18,8 +19,8 @@ std::u16string const& Example::getTitleProperty() const { return title; }
 void Example::setTitleProperty(std::u16string const* value) { utils::setStringProperty(title, value); }
 
 bool Example::operator==(Example const& other) const {
-    // std::u16string's == compares the lengths first, then the code units.
-    return url == other.getUrl() && openCommand == other.getOpenCommand() && title == other.getTitle();
+    return records::sameText(url, other.getUrl()) && records::sameText(openCommand, other.getOpenCommand()) &&
+           records::sameText(title, other.getTitle());
 }
 
 Example Example::copy() const { return *this; }

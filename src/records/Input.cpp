@@ -1,6 +1,7 @@
 #include <reference/property/Input.hpp>
 
 #include "bridge/EnumProperty.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -27,7 +28,7 @@ void Input::setIsNameValuePairProperty(bool value) { m_isNameValuePair = value; 
 
 bool Input::operator==(Input const& other) const {
     return syntaxType == other.getSyntaxType() && m_isNameValuePair == other.isNameValuePair() &&
-           defaultValue == other.getDefaultValue() && ObjectInfo::operator==(other);
+           records::sameText(defaultValue, other.getDefaultValue()) && ObjectInfo::operator==(other);
 }
 
 Input Input::copy() const { return *this; }

@@ -2,6 +2,7 @@
 
 #include "bridge/ClassIdentity.hpp"
 #include "bridge/ObjectArray.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -19,7 +20,7 @@ oxArray_tag const* InputGroup::getInputsProperty() const { return bridge::access
 void InputGroup::setInputsProperty(oxArray_tag const* value) { bridge::setObjectVector(value, inputsCache, inputs); }
 
 bool InputGroup::operator==(InputGroup const& other) const {
-    return title == other.getTitle() && inputs == other.getInputs();
+    return records::sameText(title, other.getTitle()) && inputs == other.getInputs();
 }
 
 InputGroup InputGroup::copy() const {

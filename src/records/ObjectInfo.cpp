@@ -1,6 +1,7 @@
 #include <reference/property/ObjectInfo.hpp>
 
 #include "bridge/ClassIdentity.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -26,9 +27,8 @@ void ObjectInfo::setValuesProperty(oxArray_tag const* value) {
 }
 
 bool ObjectInfo::operator==(ObjectInfo const& other) const {
-    // std::vector's == compares the counts first, then the strings in order.
-    return name == other.getName() && purpose == other.getPurpose() && values == other.getValues() &&
-           href == other.getHref();
+    return records::sameText(name, other.getName()) && records::sameText(purpose, other.getPurpose()) &&
+           records::sameTexts(values, other.getValues()) && records::sameText(href, other.getHref());
 }
 
 char const* ObjectInfo::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }

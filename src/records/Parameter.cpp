@@ -1,5 +1,7 @@
 #include <reference/property/Parameter.hpp>
 
+#include "records/TextEquality.hpp"
+
 #include <reference/utils/Properties.hpp>
 
 namespace reference::property {
@@ -12,7 +14,7 @@ void Parameter::setDefaultValueProperty(std::u16string const* value) {
 }
 
 bool Parameter::operator==(Parameter const& other) const {
-    return defaultValue == other.getDefaultValue() && ObjectInfo::operator==(other);
+    return records::sameText(defaultValue, other.getDefaultValue()) && ObjectInfo::operator==(other);
 }
 
 Parameter Parameter::copy() const { return *this; }

@@ -2,6 +2,7 @@
 
 #include "bridge/ClassIdentity.hpp"
 #include "bridge/EnumProperty.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -28,7 +29,7 @@ void RefEntity::setFunctionTypeProperty(oxArray_tag const* value) {
 }
 
 bool RefEntity::operator==(RefEntity const& other) const {
-    return refEntityType == other.getRefEntityType() && name == other.getName() &&
+    return refEntityType == other.getRefEntityType() && records::sameText(name, other.getName()) &&
            functionType == other.getFunctionType();
 }
 

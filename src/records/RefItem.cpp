@@ -2,6 +2,7 @@
 
 #include "bridge/EnumProperty.hpp"
 #include "bridge/ObjectArray.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -102,9 +103,11 @@ void RefItem::setParametersProperty(oxArray_tag const* value) {
 
 bool RefItem::operator==(RefItem const& other) const {
     // Declaration order; each vector compares its count first, then its elements in order.
-    return href == other.getHref() && refEntities == other.getRefEntities() &&
-           packageName == other.getPackageName() && purpose == other.getPurpose() &&
-           introducedIn == other.getIntroduced() && description == other.getDescription() &&
+    return records::sameText(href, other.getHref()) && refEntities == other.getRefEntities() &&
+           records::sameText(packageName, other.getPackageName()) &&
+           records::sameText(purpose, other.getPurpose()) &&
+           records::sameText(introducedIn, other.getIntroduced()) &&
+           records::sameText(description, other.getDescription()) &&
            appThumbnail == other.getAppThumbnail() && deprecationStatus == other.getDeprecationStatus() &&
            syntaxGroups == other.getSyntaxGroups() && inputGroups == other.getInputGroups() &&
            outputs == other.getOutputs() && classPropertyGroups == other.getClassPropertyGroups() &&

@@ -1,6 +1,7 @@
 #include <reference/property/SeeAlso.hpp>
 
 #include "bridge/ClassIdentity.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -15,8 +16,7 @@ std::u16string const& SeeAlso::getUrlProperty() const { return url; }
 void SeeAlso::setUrlProperty(std::u16string const* value) { utils::setStringProperty(url, value); }
 
 bool SeeAlso::operator==(SeeAlso const& other) const {
-    // std::u16string's == compares the lengths first, then the code units.
-    return url == other.getUrl() && name == other.getName();
+    return records::sameText(url, other.getUrl()) && records::sameText(name, other.getName());
 }
 
 SeeAlso SeeAlso::copy() const { return *this; }

@@ -2,6 +2,7 @@
 
 #include "bridge/ClassIdentity.hpp"
 #include "bridge/EnumProperty.hpp"
+#include "records/TextEquality.hpp"
 
 #include <reference/utils/Properties.hpp>
 
@@ -31,7 +32,8 @@ void SyntaxGroup::setSyntaxTypeProperty(oxArray_tag const* value) {
 }
 
 bool SyntaxGroup::operator==(SyntaxGroup const& other) const {
-    return title == other.getTitle() && syntaxType == other.getSyntaxType() && syntaxes == other.getSyntaxes();
+    return records::sameText(title, other.getTitle()) && syntaxType == other.getSyntaxType() &&
+           records::sameTexts(syntaxes, other.getSyntaxes());
 }
 
 SyntaxGroup SyntaxGroup::copy() const { return *this; }

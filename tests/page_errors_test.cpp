@@ -40,9 +40,14 @@ TEST_F(PageErrors, MalformedJsonIsReportedByLineAndColumn) {
     EXPECT_EQ(error.describe().rfind("bad.json:2:14: malformed JSON: syntax error", 0), 0u) << error.describe();
 }
 
+TEST_F(PageErrors, NumberBeyondDoubleRangeIsMalformedJson) {
+    PageError const error = onlyError(R"({"Href": 8888e888})");
+    EXPECT_EQ(error.describe(), "bad.json: malformed JSON: number overflow parsing '8888e888'");
+}
+
 TEST_F(PageErrors, UnknownKeyIsReportedWithItsPath) {
     PageError const error = onlyError(withThirdInput(R"("Nmae": "x")"));
-    EXPECT_EQ(error.describe(), "bad.json: /InputGroups/0/Inputs/2/Nmae: unknown key \"Nmae\" in a Input record");
+    EXPECT_EQ(error.describe(), "bad.json: /InputGroups/0/Inputs/2/Nmae: unknown key \"Nmae\" in an Input record");
 }
 
 TEST_F(PageErrors, ValueOfTheWrongTypeNamesPathAndExpectedType) {
@@ -54,7 +59,7 @@ TEST_F(PageErrors, ValueOfTheWrongTypeNamesPathAndExpectedType) {
         {withThirdInput(R"("IsNameValuePair": "yes")"), "/InputGroups/0/Inputs/2/IsNameValuePair",
          R"(expected a bool, found string "yes")"},
         {withThirdInput(R"("Values": ["a", null])"), "/InputGroups/0/Inputs/2/Values/1",
-         "expected a string, found null null"},
+         "expected a string, found null"},
         {R"({"Outputs": {}})", "/Outputs", "expected an array of objects, found object {}"},
         {R"({"Outputs": [3]})", "/Outputs/0", "expected an object, found number 3"},
         {R"({"AppThumbnail": []})", "/AppThumbnail", "expected an object, found array []"},

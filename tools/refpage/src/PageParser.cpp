@@ -81,13 +81,19 @@ private:
     }
 
     static std::string describeRecord(PropertyTable const& table) {
-        std::string_view name = table.qualifiedName;
-        return fmt::format("a {} record", name.substr(name.rfind('.') + 1));
+        std::string_view const name = table.qualifiedName;
+        std::string_view const shortName = name.substr(name.rfind('.') + 1);
+        bool const vowel = !shortName.empty() && std::string_view("AEIOU").find(shortName.front()) != std::string_view::npos;
+        return fmt::format("{} {} record", vowel ? "an" : "a", shortName);
     }
 
     /// Records a type error unless `matches`.
     bool expect(Json const& json, bool matches, std::string_view expected) {
-        if (!matches) error(fmt::format("expected {}, found {} {}", expected, json.type_name(), shortText(json)));
+        if (matches) return true;
+        if (json.is_null())
+            error(fmt::format("expected {}, found null", expected));
+        else
+            error(fmt::format("expected {}, found {} {}", expected, json.type_name(), shortText(json)));
         return matches;
     }
 
@@ -205,6 +211,10 @@ std::optional<Json> parseJson(std::string_view text, std::string_view source, Pa
         error.line = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')) + 1;
         error.column = position - lineStart + 1;
         errors.push_back(std::move(error));
+        return std::nullopt;
+    } catch (Json::exception const& e) {
+        // A number beyond the range of a double is refused after it was scanned, with no position.
+        errors.push_back(PageError{std::string(source), {}, "malformed JSON: " + parseReason(e.what())});
         return std::nullopt;
     }
 }

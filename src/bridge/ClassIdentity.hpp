@@ -1,7 +1,9 @@
 // How the library's classes are known to the host object system.
 #pragma once
 
+#include <stdexcept>
 #include <string>
+#include <string_view>
 
 namespace reference::property::bridge {
 
@@ -9,14 +11,17 @@ namespace reference::property::bridge {
 inline constexpr char hostNamespace[] = "ovrin.internal.reference.property";
 
 /// The qualified host class name of `T`: its namespace, ".", its class name.
-/// A null name from either operation throws std::logic_error from std::string.
+/// Built with one allocation. A null name from either operation throws std::logic_error.
 template <class T>
 std::string qualifiedClassName() {
-    std::string name(T::getOCOSNamespaceName());
-    std::string const className(T::getOCOSClassName());
-    name.reserve(name.size() + 1 + className.size());
-    name += '.';
-    name += className;
+    char const* const space = T::getOCOSNamespaceName();
+    char const* const className = T::getOCOSClassName();
+    if (space == nullptr || className == nullptr) throw std::logic_error("qualifiedClassName: null class name");
+    std::string_view const spacePart(space);
+    std::string_view const classPart(className);
+    std::string name;
+    name.reserve(spacePart.size() + 1 + classPart.size());
+    name.append(spacePart).append(1, '.').append(classPart);
     return name;
 }
 

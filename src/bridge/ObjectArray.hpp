@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ClassIdentity.hpp"
+#include "CopyInPlace.hpp"
 
 #include <reference/property/HostArray.hpp>
 
@@ -65,7 +66,7 @@ std::vector<T> readObjectArray(oxArray_tag const* array) {
     std::size_t const count = omGetNumberOfElementsInUnderlyingArray(array);
     std::vector<T> records;
     records.reserve(count);
-    for (std::size_t i = 0; i < count; ++i) records.push_back(getNativeObject<T>(array, i)->copy());
+    for (std::size_t i = 0; i < count; ++i) records.emplace_back(CopyOf<T>{*getNativeObject<T>(array, i)});
     return records;
 }
 
@@ -178,6 +179,7 @@ void setObjectVector(oxArray_tag const* value, HostArrayPtr& cache, std::vector<
 /// One vector property's getter, bound to the mechanism.
 template <class T>
 oxArray_tag const* accessObjectVector(HostArrayPtr& cache, std::vector<T> const& field) {
+    if (cache) return cache.get();  // a filled cache costs no writer
     return accessObjectCache(cache, field, vectorWriter<T>());
 }
 

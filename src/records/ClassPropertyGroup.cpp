@@ -1,6 +1,7 @@
 #include <reference/property/ClassPropertyGroup.hpp>
 
 #include "bridge/ClassIdentity.hpp"
+#include "bridge/CopyInPlace.hpp"
 #include "bridge/ObjectArray.hpp"
 #include "records/TextEquality.hpp"
 
@@ -31,7 +32,9 @@ ClassPropertyGroup ClassPropertyGroup::copy() const {
     ClassPropertyGroup result;
     result.title = title;
     result.classProperties.reserve(classProperties.size());
-    for (ClassProperty const& property : classProperties) result.classProperties.push_back(property.copy());
+    for (ClassProperty const& property : classProperties) {
+        result.classProperties.emplace_back(bridge::CopyOf<ClassProperty>{property});
+    }
     return result;
 }
 

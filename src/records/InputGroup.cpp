@@ -1,6 +1,7 @@
 #include <reference/property/InputGroup.hpp>
 
 #include "bridge/ClassIdentity.hpp"
+#include "bridge/CopyInPlace.hpp"
 #include "bridge/ObjectArray.hpp"
 #include "records/TextEquality.hpp"
 
@@ -27,7 +28,7 @@ InputGroup InputGroup::copy() const {
     InputGroup result;
     result.title = title;
     result.inputs.reserve(inputs.size());
-    for (Input const& input : inputs) result.inputs.push_back(input.copy());
+    for (Input const& input : inputs) result.inputs.emplace_back(bridge::CopyOf<Input>{input});
     return result;
 }
 

@@ -1,5 +1,6 @@
 #include <reference/property/RefItem.hpp>
 
+#include "bridge/CopyInPlace.hpp"
 #include "bridge/EnumProperty.hpp"
 #include "bridge/ObjectArray.hpp"
 #include "records/TextEquality.hpp"
@@ -15,7 +16,7 @@ template <class T>
 std::vector<T> copyEach(std::vector<T> const& records) {
     std::vector<T> copies;
     copies.reserve(records.size());
-    for (T const& record : records) copies.push_back(record.copy());
+    for (T const& record : records) copies.emplace_back(bridge::CopyOf<T>{record});
     return copies;
 }
 

@@ -17,10 +17,13 @@ constexpr std::pair<std::string_view, DeprecationStatus::Value> keyPairs[] = {
 
 enums::KeyTable<DeprecationStatus::Value> const keyTable = enums::buildKeyTable(keyPairs);
 
+/// The value of every unknown key; stringToEnum reads it here, not through the exported getDefaultValue().
+constexpr DeprecationStatus::Value defaultValue = DeprecationStatus::Current;
+
 }  // namespace
 
 DeprecationStatus::Value DeprecationStatus::stringToEnum(std::string_view key) noexcept {
-    return enums::findKey(keyTable, key, getDefaultValue());
+    return enums::findKey(keyTable, key, defaultValue);
 }
 
 std::string DeprecationStatus::enumToString(Value value) {
@@ -35,7 +38,7 @@ std::string DeprecationStatus::enumToString(Value value) {
     return "Current";
 }
 
-DeprecationStatus::Value DeprecationStatus::getDefaultValue() noexcept { return Current; }
+DeprecationStatus::Value DeprecationStatus::getDefaultValue() noexcept { return defaultValue; }
 
 char const* DeprecationStatus::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }
 

@@ -21,10 +21,13 @@ constexpr std::pair<std::string_view, FunctionType::Value> keyPairs[] = {
 
 enums::KeyTable<FunctionType::Value> const keyTable = enums::buildKeyTable(keyPairs);
 
+/// The value of every unknown key; stringToEnum reads it here, not through the exported getDefaultValue().
+constexpr FunctionType::Value defaultValue = FunctionType::NA;
+
 }  // namespace
 
 FunctionType::Value FunctionType::stringToEnum(std::string_view key) noexcept {
-    return enums::findKey(keyTable, key, getDefaultValue());
+    return enums::findKey(keyTable, key, defaultValue);
 }
 
 std::string FunctionType::enumToString(Value value) {
@@ -40,7 +43,7 @@ std::string FunctionType::enumToString(Value value) {
     return "NA";
 }
 
-FunctionType::Value FunctionType::getDefaultValue() noexcept { return NA; }
+FunctionType::Value FunctionType::getDefaultValue() noexcept { return defaultValue; }
 
 char const* FunctionType::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }
 

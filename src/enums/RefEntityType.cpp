@@ -43,10 +43,13 @@ constexpr std::pair<std::string_view, RefEntityType::Value> keyPairs[] = {
 
 enums::KeyTable<RefEntityType::Value> const keyTable = enums::buildKeyTable(keyPairs);
 
+/// The value of every unknown key; stringToEnum reads it here, not through the exported getDefaultValue().
+constexpr RefEntityType::Value defaultValue = RefEntityType::Unknown;
+
 }  // namespace
 
 RefEntityType::Value RefEntityType::stringToEnum(std::string_view key) noexcept {
-    return enums::findKey(keyTable, key, getDefaultValue());
+    return enums::findKey(keyTable, key, defaultValue);
 }
 
 std::string RefEntityType::enumToString(Value value) {
@@ -83,7 +86,7 @@ std::string RefEntityType::enumToString(Value value) {
     return "Unknown";
 }
 
-RefEntityType::Value RefEntityType::getDefaultValue() noexcept { return Unknown; }
+RefEntityType::Value RefEntityType::getDefaultValue() noexcept { return defaultValue; }
 
 char const* RefEntityType::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }
 

@@ -17,10 +17,13 @@ constexpr std::pair<std::string_view, SyntaxType::Value> keyPairs[] = {
 
 enums::KeyTable<SyntaxType::Value> const keyTable = enums::buildKeyTable(keyPairs);
 
+/// The value of every unknown key; stringToEnum reads it here, not through the exported getDefaultValue().
+constexpr SyntaxType::Value defaultValue = SyntaxType::NA;
+
 }  // namespace
 
 SyntaxType::Value SyntaxType::stringToEnum(std::string_view key) noexcept {
-    return enums::findKey(keyTable, key, getDefaultValue());
+    return enums::findKey(keyTable, key, defaultValue);
 }
 
 std::string SyntaxType::enumToString(Value value) {
@@ -32,7 +35,7 @@ std::string SyntaxType::enumToString(Value value) {
     return "NA";
 }
 
-SyntaxType::Value SyntaxType::getDefaultValue() noexcept { return NA; }
+SyntaxType::Value SyntaxType::getDefaultValue() noexcept { return defaultValue; }
 
 char const* SyntaxType::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }
 

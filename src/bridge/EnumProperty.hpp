@@ -27,6 +27,7 @@ void cacheAssignedValue(oxArray_tag const* value, HostArrayPtr& cache);
 /// The getter of an enumeration property of `Enum`: see accessEnumNumberCache.
 template <class Enum>
 oxArray_tag const* accessEnumCache(HostArrayPtr& cache, typename Enum::Value value) {
+    if (cache) return cache.get();  // a filled cache costs no further call
     return accessEnumNumberCache(cache, static_cast<std::uint32_t>(value), &qualifiedClassName<Enum>);
 }
 

@@ -1,0 +1,164 @@
+// Equality and copies of every record class, driven by the glue's property
+// tables so each property of each class is covered; then the orders in which
+// texts and lists compare, and the records without host properties.
+#include "support/GlueValues.hpp"
+#include "support/HostTest.hpp"
+#include "support/HostValues.hpp"
+
+#include <reference/property/HeaderInfo.hpp>
+#include <reference/property/RecordProducer.hpp>
+#include <reference/property/RefItem.hpp>
+#include <reference/property/RefItemLookup.hpp>
+
+#include <ovrin/testing.hpp>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace reference::property;
+using testvalues::glue::PropertyEntry;
+using testvalues::glue::tableOf;
+
+template <class T>
+class EveryRecord : public HostTest {};
+using RecordClasses = ::testing::Types<AppThumbnail, ClassProperty, ClassPropertyGroup, Example, Input, InputGroup,
+                                       Output, Parameter, RefEntity, RefItem, SeeAlso, SyntaxGroup>;
+TYPED_TEST_SUITE(EveryRecord, RecordClasses);
+
+TYPED_TEST(EveryRecord, EachPropertyAloneTakesPartInEquality) {
+    for (PropertyEntry const& entry : tableOf<TypeParam>().entries) {
+        TypeParam const plain;
+        TypeParam changed;
+        testvalues::assign(entry, &changed, testvalues::distinctValue(entry));
+        EXPECT_FALSE(changed == plain) << entry.word;
+        EXPECT_FALSE(plain == changed) << entry.word;
+    }
+}
+
+TYPED_TEST(EveryRecord, FilledCachesTakeNoPartInEquality) {
+    TypeParam const plain;
+    TypeParam read;
+    for (PropertyEntry const& entry : tableOf<TypeParam>().entries) testvalues::cachedArray(entry, &read);
+    EXPECT_TRUE(read == plain);
+    EXPECT_TRUE(plain == read);
+}
+
+TYPED_TEST(EveryRecord, ValuesReadFromOneRecordAndAssignedToAnotherMakeItEqual) {
+    TypeParam const source = testvalues::distinctRecord<TypeParam>();
+    TypeParam target;
+    for (PropertyEntry const& entry : tableOf<TypeParam>().entries) {
+        if (auto const* const array = testvalues::cachedArray(entry, &source))
+            testvalues::assign(entry, &target, HostArrayPtr(array));
+        else if (entry.kind == testvalues::glue::PropertyKind::Bool)
+            testvalues::assign(entry, &target, entry.flag().get(&source));
+        else
+            testvalues::assign(entry, &target, entry.strings().get(&source));
+    }
+    EXPECT_TRUE(target == source);
+}
+
+// Owners of object arrays leave every slot of the copy empty; the other records share theirs,
+// and a later set on the source leaves the copy's shared array and field as they were.
+TYPED_TEST(EveryRecord, CopyEqualsItsSourceAndSharesOrEmptiesTheCachesAsItsClassDoes) {
+    auto const& table = tableOf<TypeParam>();
+    bool const owner = testvalues::ownsRecords(table);
+    TypeParam source = testvalues::distinctRecord<TypeParam>();
+    std::vector<oxArray_tag const*> cached;
+    std::vector<long> references;
+    for (PropertyEntry const& entry : table.entries) {
+        cached.push_back(testvalues::cachedArray(entry, &source));
+        references.push_back(cached.back() ? ovrin::testing::referenceCount(cached.back()) : 0);
+    }
+    TypeParam const copy = source.copy();
+    EXPECT_TRUE(copy == source);
+    for (std::size_t i = 0; i < table.entries.size(); ++i) {
+        PropertyEntry const& entry = table.entries[i];
+        if (cached[i] == nullptr) continue;
+        EXPECT_EQ(ovrin::testing::referenceCount(cached[i]), references[i] + (owner ? 0 : 1)) << entry.word;
+        if (owner) {
+            EXPECT_NE(testvalues::cachedArray(entry, &copy), cached[i]) << entry.word;
+        } else {
+            TypeParam const fresh;
+            testvalues::assign(entry, &source, HostArrayPtr(testvalues::cachedArray(entry, &fresh)));
+            EXPECT_EQ(testvalues::cachedArray(entry, &copy), cached[i]) << entry.word;
+        }
+    }
+    EXPECT_TRUE(copy == testvalues::distinctRecord<TypeParam>());
+}
+
+using RecordOrder = HostTest;
+
+TEST_F(RecordOrder, TextsCompareByLengthAndEveryCodeUnit) {
+    auto named = [](std::u16string const& text) {
+        SeeAlso record;
+        record.setNameProperty(&text);
+        return record;
+    };
+    EXPECT_TRUE(named(std::u16string(u"a\0b", 3)) == named(std::u16string(u"a\0b", 3)));
+    EXPECT_FALSE(named(std::u16string(u"a\0b", 3)) == named(std::u16string(u"a\0c", 3)));
+    EXPECT_FALSE(named(std::u16string(u"ab\0", 3)) == named(u"ab"));
+    EXPECT_FALSE(named(u"abc") == named(u"aBc"));
+    EXPECT_FALSE(named(u"\xffff") == named(u"\x0001"));
+}
+
+TEST_F(RecordOrder, ListsCompareByCountThenElementsInOrder) {
+    auto withValues = [](std::vector<std::u16string> const& texts) {
+        Parameter record;
+        record.setValuesProperty(testvalues::stringArray(texts).get());
+        return record;
+    };
+    EXPECT_FALSE(withValues({u""}) == Parameter());
+    EXPECT_FALSE(withValues({u"a", u"b"}) == withValues({u"b", u"a"}));
+    auto withInputs = [&](std::vector<std::u16string> const& names) {
+        std::vector<Input> inputs;
+        for (auto const& name : names) inputs.emplace_back().setNameProperty(&name);
+        InputGroup group;
+        group.setInputsProperty(testvalues::objectArray(inputs).get());
+        return group;
+    };
+    EXPECT_TRUE(withInputs({u"a", u"b"}) == withInputs({u"a", u"b"}));
+    EXPECT_FALSE(withInputs({u"a", u"b"}) == withInputs({u"b", u"a"}));
+    EXPECT_FALSE(withInputs({u"a"}) == withInputs({u"a", u"a"}));
+}
+
+TEST_F(RecordOrder, ElementsCopiedWithTheirGroupShareTheirOwnCaches) {
+    Input element;
+    oxArray_tag const* const values = element.getValuesProperty();
+    InputGroup group;
+    group.setInputsProperty(testvalues::objectArray(std::vector<Input>{element}).get());
+    oxArray_tag const* const stored = group.getInputs().front().getValuesProperty();
+    EXPECT_EQ(stored, values);
+    EXPECT_EQ(group.copy().getInputs().front().getValuesProperty(), stored);
+}
+
+TEST(RecordsWithoutHostProperties, HeaderInfoKeepsItsBaseCodeThroughHostSettersAndCopies) {
+    HeaderInfo header = RecordProducer::makeHeaderInfo(u"product", u"BASE", u"folder", u"location");
+    std::u16string const product = u"other product", folder = u"other folder", location = u"other location";
+    header.setProductNameProperty(&product);
+    header.setHelpFolderProperty(&folder);
+    header.setHelpLocationProperty(&location);
+    HeaderInfo const copy = header.copy();
+    EXPECT_EQ(copy.getProductName(), product);
+    EXPECT_EQ(copy.getBaseCode(), u"BASE");
+    EXPECT_EQ(copy.getHelpFolder(), folder);
+    EXPECT_EQ(copy.getHelpLocation(), location);
+}
+
+TEST(RecordsWithoutHostProperties, RefItemLookupCopyKeepsEveryFieldExactly) {
+    RefItemLookup const copy = RecordProducer::makeRefItemLookup(u"numpy.sum", static_cast<RefEntityType::Value>(40),
+                                                                 u"Sum of array elements.", true, u"numpy.sum.html",
+                                                                 FunctionType::StaticMethod)
+                                   .copy();
+    EXPECT_EQ(copy.getName(), u"numpy.sum");
+    EXPECT_EQ(static_cast<std::uint32_t>(copy.getType()), 40u);
+    EXPECT_EQ(copy.getPurpose(), u"Sum of array elements.");
+    EXPECT_TRUE(copy.isDeprecated());
+    EXPECT_EQ(copy.getHref(), u"numpy.sum.html");
+    EXPECT_EQ(copy.getFunctionType(), FunctionType::StaticMethod);
+}
+
+}  // namespace

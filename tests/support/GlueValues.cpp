@@ -48,7 +48,8 @@ glue::HostValue distinctValue(glue::PropertyEntry const& entry) {
     case glue::PropertyKind::Record: {
         glue::PropertyTable const& table = entry.elementTable();
         HostArrayPtr object = glue::constructObject(table);
-        glue::setProperty(*glue::objectOf(object.get()).get(), table.entries.front().word, distinctValue(table.entries.front()));
+        glue::PropertyEntry const& first = table.entries.front();
+        glue::setProperty(*glue::objectOf(object.get()).get(), first.word, distinctValue(first));
         return object;
     }
     }

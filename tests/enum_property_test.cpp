@@ -1,84 +1,65 @@
 // Enumeration-valued properties, through RefEntity's two: host objects built once
-// from the stored number, assigned objects kept as they are, and the scalar rule.
+// from the stored number, assigned objects kept as they are, and the scalar rule
+// with the library's one error as the host sees it.
+#include "support/HostErrors.hpp"
 #include "support/HostTest.hpp"
 #include "support/HostValues.hpp"
 
 #include <reference/property/RefEntity.hpp>
 #include <reference/property/RequireScalar.hpp>
 
-#include <ovrin/error.hpp>
-#include <ovrin/ocos.hpp>
 #include <ovrin/testing.hpp>
 
 #include <cstdint>
-
-using namespace reference::property;
-using ovrin::testing::className;
-using ovrin::testing::hostCalls;
-using ovrin::testing::liveArrays;
-using ovrin::testing::referenceCount;
+#include <exception>
+#include <memory>
+#include <string>
 
 namespace {
 
-std::string const refEntityTypeClass = "ovrin.internal.reference.property.RefEntityType";
-std::string const functionTypeClass = "ovrin.internal.reference.property.FunctionType";
+using namespace reference::property;
+using ovrin::testing::hostCalls;
+using ovrin::testing::liveArrays;
+using ovrin::testing::referenceCount;
+using testvalues::enumValue;
+using testvalues::hostNumber;
 
-std::uint32_t underlyingNumber(oxArray_tag const* object) {
-    return *static_cast<std::uint32_t const*>(oxGetData(omGetUnderlyingArray(object)));
-}
+using EnumProperty = HostTest;
 
-class EnumProperty : public HostTest {};
-
-}  // namespace
-
-TEST_F(EnumProperty, FreshRecordBuildsObjectOfTheEnumerationClassFromItsNumber) {
+TEST_F(EnumProperty, FreshGetBuildsAnObjectOfTheEnumerationClassOnceFromTheStoredNumber) {
     RefEntity const entity;
     std::size_t const arraysBefore = liveArrays();
     oxArray_tag const* const type = entity.getRefEntityTypeProperty();
-    EXPECT_EQ(className(type), refEntityTypeClass);
+    EXPECT_EQ(ovrin::testing::className(type), testvalues::hostClassName<RefEntityType>());
     EXPECT_EQ(omGetNumberOfElementsInUnderlyingArray(type), 1u);
-    EXPECT_EQ(underlyingNumber(type), RefEntityType::Unknown);
-    // The object and the numbers under it: the temporary argument array is gone.
-    EXPECT_EQ(liveArrays(), arraysBefore + 2);
+    EXPECT_EQ(hostNumber(type), RefEntityType::Unknown);
+    EXPECT_EQ(liveArrays(), arraysBefore + 2) << "the object and its numbers; the argument array is gone";
+    EXPECT_EQ(hostNumber(entity.getFunctionTypeProperty()), FunctionType::NA);
 
-    oxArray_tag const* const function = entity.getFunctionTypeProperty();
-    EXPECT_EQ(className(function), functionTypeClass);
-    EXPECT_EQ(underlyingNumber(function), FunctionType::NA);
-}
-
-TEST_F(EnumProperty, RepeatedGetsReturnTheCachedObjectWithoutHostCalls) {
-    RefEntity const entity;
-    oxArray_tag const* const first = entity.getFunctionTypeProperty();
     std::uint64_t const callsBefore = hostCalls();
-    EXPECT_EQ(entity.getFunctionTypeProperty(), first);
+    EXPECT_EQ(entity.getRefEntityTypeProperty(), type);
     EXPECT_EQ(hostCalls(), callsBefore);
-    EXPECT_EQ(referenceCount(first), 1);
+    EXPECT_EQ(referenceCount(type), 1);
 }
 
-TEST_F(EnumProperty, SetKeepsTheAssignedObjectAndStoresItsNumber) {
+TEST_F(EnumProperty, SetStoresTheNumberUncheckedAndKeepsTheAssignedObject) {
     RefEntity entity;
     entity.getFunctionTypeProperty();
-    HostArrayPtr const assigned = testvalues::enumObject(functionTypeClass, {FunctionType::StaticMethod});
+    HostArrayPtr const assigned = enumValue<FunctionType>(FunctionType::StaticMethod);
     entity.setFunctionTypeProperty(assigned.get());
     EXPECT_EQ(entity.getFunctionType(), FunctionType::StaticMethod);
     EXPECT_EQ(referenceCount(assigned.get()), 2);
-
     std::size_t const arraysBefore = liveArrays();
     EXPECT_EQ(entity.getFunctionTypeProperty(), assigned.get());
     EXPECT_EQ(liveArrays(), arraysBefore);
-}
 
-TEST_F(EnumProperty, NonMemberNumberIsStoredUnchecked) {
-    RefEntity entity;
-    HostArrayPtr const assigned = testvalues::enumObject(refEntityTypeClass, {40});
-    entity.setRefEntityTypeProperty(assigned.get());
+    entity.setRefEntityTypeProperty(enumValue<RefEntityType>(40).get());
     EXPECT_EQ(static_cast<std::uint32_t>(entity.getRefEntityType()), 40u);
-    EXPECT_EQ(RefEntityType::enumToString(entity.getRefEntityType()), "Unknown");
 }
 
 TEST_F(EnumProperty, NullChangesNothing) {
     RefEntity entity;
-    HostArrayPtr const assigned = testvalues::enumObject(refEntityTypeClass, {RefEntityType::Class});
+    HostArrayPtr const assigned = enumValue<RefEntityType>(RefEntityType::Class);
     entity.setRefEntityTypeProperty(assigned.get());
     entity.setRefEntityTypeProperty(nullptr);
     EXPECT_EQ(entity.getRefEntityType(), RefEntityType::Class);
@@ -87,16 +68,15 @@ TEST_F(EnumProperty, NullChangesNothing) {
     RefEntity fresh;
     fresh.setFunctionTypeProperty(nullptr);
     EXPECT_EQ(fresh.getFunctionType(), FunctionType::NA);
-    EXPECT_EQ(underlyingNumber(fresh.getFunctionTypeProperty()), FunctionType::NA);
+    EXPECT_EQ(hostNumber(fresh.getFunctionTypeProperty()), FunctionType::NA);
 }
 
 TEST_F(EnumProperty, AnythingButOneElementThrowsRequireScalarAndChangesNothing) {
     RefEntity entity;
-    HostArrayPtr const assigned = testvalues::enumObject(refEntityTypeClass, {RefEntityType::Method});
+    HostArrayPtr const assigned = enumValue<RefEntityType>(RefEntityType::Method);
     entity.setRefEntityTypeProperty(assigned.get());
-
     for (auto const& numbers : {std::vector<std::uint32_t>{}, std::vector<std::uint32_t>{1, 2}}) {
-        HostArrayPtr const wrong = testvalues::enumObject(refEntityTypeClass, numbers);
+        HostArrayPtr const wrong = testvalues::enumObject(testvalues::hostClassName<RefEntityType>(), numbers);
         EXPECT_THROW(entity.setRefEntityTypeProperty(wrong.get()), RequireScalar);
         EXPECT_EQ(entity.getRefEntityType(), RefEntityType::Method);
         EXPECT_EQ(entity.getRefEntityTypeProperty(), assigned.get());
@@ -104,7 +84,7 @@ TEST_F(EnumProperty, AnythingButOneElementThrowsRequireScalarAndChangesNothing) 
     }
 }
 
-TEST_F(EnumProperty, HostFailureAtAnyStepPassesThroughAndLeavesTheCacheEmpty) {
+TEST_F(EnumProperty, HostFailureAtAnyStepOfAGetPassesThroughAndLeavesTheCacheEmpty) {
     for (std::uint64_t failing = 1;; ++failing) {
         SCOPED_TRACE(failing);
         ASSERT_LT(failing, 20u) << "the getter never got through";
@@ -112,16 +92,61 @@ TEST_F(EnumProperty, HostFailureAtAnyStepPassesThroughAndLeavesTheCacheEmpty) {
         std::size_t const arraysBefore = liveArrays();
         {
             ovrin::testing::FaultScope const fault(failing);
-            try {
-                entity.getRefEntityTypeProperty();
-            } catch (ovrin::HostError const&) {
-                EXPECT_EQ(liveArrays(), arraysBefore);
-            }
+            std::string const error = testvalues::hostErrorOf([&] { entity.getRefEntityTypeProperty(); });
             if (ovrin::testing::faultPending()) break;  // every fallible call has been failed once
+            EXPECT_NE(error, testvalues::noError);
+            EXPECT_EQ(liveArrays(), arraysBefore);
         }
         std::uint64_t const callsBefore = hostCalls();
-        oxArray_tag const* const type = entity.getRefEntityTypeProperty();
+        EXPECT_EQ(hostNumber(entity.getRefEntityTypeProperty()), RefEntityType::Unknown);
         EXPECT_GT(hostCalls(), callsBefore) << "a failed get left something in the cache";
-        EXPECT_EQ(underlyingNumber(type), RefEntityType::Unknown);
     }
 }
+
+/// The error as a setter throws it, given two elements.
+RequireScalar thrownBySetter() {
+    RefEntity entity;
+    try {
+        entity.setFunctionTypeProperty(
+            testvalues::enumObject(testvalues::hostClassName<FunctionType>(), {FunctionType::Simple, 0}).get());
+    } catch (RequireScalar const& error) {
+        return error;
+    }
+    throw std::logic_error("the setter did not throw RequireScalar");
+}
+
+std::string const catalogText = "Value must be a scalar: expected exactly one element.";
+
+TEST_F(EnumProperty, RequireScalarCarriesItsKeyIdentifierAndCatalogTextAndIsCaughtByItsBases) {
+    RequireScalar const error = thrownBySetter();
+    EXPECT_EQ(error.GetBaseMsgIDObj().catalog, "Ovrin:class");
+    EXPECT_EQ(error.GetBaseMsgIDObj().key, "RequireScalar");
+    EXPECT_TRUE(error.GetBaseMsgIDObj().arguments.empty());
+    EXPECT_EQ(error.GetID(), "Ovrin:class:RequireScalar");
+    EXPECT_EQ(error.what(), catalogText);
+    EXPECT_EQ(error.what(), error.what()) << "one stable text";
+    EXPECT_EQ(static_cast<std::exception const&>(error).what(), catalogText);
+    EXPECT_EQ(error.GetUnicodeMessageTxt(), std::u16string(catalogText.begin(), catalogText.end()));
+
+    using namespace foundation::core::except;
+    EXPECT_THROW(error.rethrow(), IMsgIDException);
+    EXPECT_THROW(error.rethrow(), IException);
+    EXPECT_THROW(error.rethrow(), std::exception);
+}
+
+TEST_F(EnumProperty, RequireScalarCloneAndRethrowKeepTheDynamicTypeAndKey) {
+    RequireScalar const error = thrownBySetter();
+    std::unique_ptr<foundation::core::except::IException> const clone(error.clone());
+    auto const* const typed = dynamic_cast<RequireScalar const*>(clone.get());
+    ASSERT_NE(typed, nullptr);
+    EXPECT_EQ(typed->GetBaseMsgIDObj().key, "RequireScalar");
+    try {
+        clone->rethrow();
+        FAIL() << "rethrow returned";
+    } catch (RequireScalar const& rethrown) {
+        EXPECT_EQ(rethrown.GetID(), "Ovrin:class:RequireScalar");
+        EXPECT_NE(&rethrown, typed);
+    }
+}
+
+}  // namespace

@@ -3,7 +3,8 @@
 function(refprop_add_fuzz_entries target)
   file(GLOB entry_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/fuzz/entries/*.cpp)
   add_library(${target} STATIC ${entry_sources})
-  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/fuzz/entries)
+  # tests/ for the host values and property tables the tests share (tests/support).
+  target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/fuzz/entries ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${target} PUBLIC refpage_pages reference_glue reference_property)
   refprop_warnings(${target})
 endfunction()

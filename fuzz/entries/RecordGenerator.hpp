@@ -1,30 +1,17 @@
-// Records of every element class, made from fuzz input through their host
-// setters, the way the host fills them.
+// Records of every class, made from fuzz input through their host setters by
+// the glue's property tables, the way the host fills them.
 #pragma once
 
 #include "ByteReader.hpp"
-#include "HostArrays.hpp"
 
-#include <reference/property/AppThumbnail.hpp>
-#include <reference/property/ClassProperty.hpp>
-#include <reference/property/ClassPropertyGroup.hpp>
-#include <reference/property/Example.hpp>
-#include <reference/property/HostArray.hpp>
-#include <reference/property/Input.hpp>
-#include <reference/property/InputGroup.hpp>
-#include <reference/property/Output.hpp>
-#include <reference/property/Parameter.hpp>
-#include <reference/property/RefEntity.hpp>
-#include <reference/property/SeeAlso.hpp>
-#include <reference/property/SyntaxGroup.hpp>
+#include <reference/glue/Properties.hpp>
 
 #include <string>
-#include <type_traits>
-#include <vector>
 
 namespace refprop::fuzz {
 
-namespace rp = reference::property;
+namespace glue = reference::glue;
+using reference::property::HostArrayPtr;
 
 /// Longest text a generated field holds, in code units.
 inline constexpr std::size_t maxTextUnits = 24;
@@ -35,60 +22,48 @@ class RecordGenerator {
 public:
     explicit RecordGenerator(ByteReader& input) noexcept : input_(input) {}
 
-    rp::RefEntity refEntity();
-    rp::AppThumbnail appThumbnail();
-    rp::SyntaxGroup syntaxGroup();
-    rp::Input input();
-    rp::InputGroup inputGroup();
-    rp::Output output();
-    rp::ClassProperty classProperty();
-    rp::ClassPropertyGroup classPropertyGroup();
-    rp::SeeAlso seeAlso();
-    rp::Example example();
-    rp::Parameter parameter();
+    /// A 1-by-N host object array of `minimum` to `maxListElements` records of `table`'s class.
+    HostArrayPtr objectArray(glue::PropertyTable const& table, std::size_t minimum = 0) {
+        std::size_t const count = minimum + input_.choose(maxListElements + 1 - minimum);
+        matrix::unique_array array = matrix::from_ovrin(omCreateOCOSMatrix(1, count, table.identity));
+        for (std::size_t i = 0; i < count; ++i) omSetArrayElement(array.get(), i, glue::objectOf(object(table).get()));
+        return HostArrayPtr(array.release(), false);
+    }
 
-    /// A record of class `T`.
-    template <class T>
-    T make();
-
-    /// Up to `maxListElements` records of class `T`.
-    template <class T>
-    std::vector<T> makeList() {
-        std::vector<T> records(input_.choose(maxListElements + 1));
-        for (T& record : records) record = make<T>();
-        return records;
+    /// A host object of `table`'s class with every property set from the input.
+    HostArrayPtr object(glue::PropertyTable const& table) {
+        HostArrayPtr object = glue::constructObject(table);
+        for (glue::PropertyEntry const& entry : table.entries)
+            glue::setProperty(*glue::objectOf(object.get()).get(), entry.word, value(entry));
+        return object;
     }
 
     /// A text of at most `maxTextUnits` code units.
     std::u16string text() { return input_.text(maxTextUnits); }
 
-    /// A scalar host enumeration object of `Enum` holding any 32-bit number, members or not.
-    template <class Enum>
-    HostArrayPtr enumValue() {
-        return enumObject(hostClassName<Enum>(), {input_.number()});
+    /// A value of `entry`'s kind; enumeration values stand on any 32-bit number, members or not.
+    glue::HostValue value(glue::PropertyEntry const& entry) {
+        switch (entry.kind) {
+        case glue::PropertyKind::String: return text();
+        case glue::PropertyKind::Bool: return input_.flag();
+        case glue::PropertyKind::Enumeration: {
+            std::uint32_t const number = input_.number();
+            return glue::constructEnumeration(*entry.enumeration, {&number, 1});
+        }
+        case glue::PropertyKind::StringList: {
+            matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(1, input_.choose(maxListElements + 1)));
+            for (std::size_t i = 0; i < oxGetNumberOfElements(array.get()); ++i)
+                oxSetStringElement(array.get(), i, text());
+            return HostArrayPtr(array.release(), false);
+        }
+        case glue::PropertyKind::ObjectArray: return objectArray(entry.elementTable());
+        case glue::PropertyKind::Record: return object(entry.elementTable());
+        }
+        return false;
     }
 
 private:
-    void fillObjectInfo(rp::ObjectInfo& info);
-    /// A host string array of up to `maxListElements` texts.
-    HostArrayPtr textList();
-
     ByteReader& input_;
 };
-
-template <class T>
-T RecordGenerator::make() {
-    if constexpr (std::is_same_v<T, rp::RefEntity>) return refEntity();
-    else if constexpr (std::is_same_v<T, rp::AppThumbnail>) return appThumbnail();
-    else if constexpr (std::is_same_v<T, rp::SyntaxGroup>) return syntaxGroup();
-    else if constexpr (std::is_same_v<T, rp::Input>) return input();
-    else if constexpr (std::is_same_v<T, rp::InputGroup>) return inputGroup();
-    else if constexpr (std::is_same_v<T, rp::Output>) return output();
-    else if constexpr (std::is_same_v<T, rp::ClassProperty>) return classProperty();
-    else if constexpr (std::is_same_v<T, rp::ClassPropertyGroup>) return classPropertyGroup();
-    else if constexpr (std::is_same_v<T, rp::SeeAlso>) return seeAlso();
-    else if constexpr (std::is_same_v<T, rp::Example>) return example();
-    else return parameter();
-}
 
 }  // namespace refprop::fuzz

@@ -6,9 +6,10 @@
 #include "ByteReader.hpp"
 #include "FuzzCheck.hpp"
 #include "FuzzEntries.hpp"
-#include "HostArrays.hpp"
 #include "RecordGenerator.hpp"
-#include "RefItemProperties.hpp"
+
+#include "support/HostValues.hpp"
+#include "support/ObjectProperties.hpp"
 
 #include <reference/glue/Classes.hpp>
 #include <reference/property/RequireScalar.hpp>
@@ -24,42 +25,35 @@ namespace refprop::fuzz {
 
 namespace {
 
+namespace rp = reference::property;
+using namespace testvalues;
+
+/// One string property of RefItem: native getter, host getter and setter.
+struct StringProperty {
+    std::u16string const& (rp::RefItem::*native)() const;
+    std::u16string const& (rp::RefItem::*get)() const;
+    void (rp::RefItem::*set)(std::u16string const*);
+};
+
+constexpr StringProperty stringProperties[] = {
+    {&rp::RefItem::getHref, &rp::RefItem::getHrefProperty, &rp::RefItem::setHrefProperty},
+    {&rp::RefItem::getPackageName, &rp::RefItem::getPackageNameProperty, &rp::RefItem::setPackageNameProperty},
+    {&rp::RefItem::getPurpose, &rp::RefItem::getPurposeProperty, &rp::RefItem::setPurposeProperty},
+    {&rp::RefItem::getIntroduced, &rp::RefItem::getIntroducedInProperty, &rp::RefItem::setIntroducedInProperty},
+    {&rp::RefItem::getDescription, &rp::RefItem::getDescriptionProperty, &rp::RefItem::setDescriptionProperty},
+};
+
+constexpr std::size_t objectPropertyCount = pageObjectPropertyCount;
 constexpr std::size_t pageCount = 2;
 constexpr std::size_t maxOperations = 64;
 /// The cached properties: the object properties, then the deprecation status.
 constexpr std::size_t deprecationProperty = objectPropertyCount;
 constexpr std::size_t cachedPropertyCount = objectPropertyCount + 1;
 
-/// The record wrapped by element `index` of an object array; borrowed from the array.
-template <class T>
-T& recordAt(oxArray_tag const* array, std::size_t index) {
-    ocos::COSInterfacePtr const element = omGetArrayElement(array, index);
-    return *static_cast<T*>(element->getData(typeid(T)));
-}
-
-/// The first unsigned 32-bit number an enumeration value stands on.
-std::uint32_t hostNumber(oxArray_tag const* array) {
-    return *static_cast<std::uint32_t const*>(oxGetData(omGetUnderlyingArray(array)));
-}
-
-/// A 1-by-N unsigned 32-bit numeric array (not an enumeration object).
-HostArrayPtr numericArray(std::vector<std::uint32_t> const& numbers) {
-    HostArrayPtr array(matrix::detail::do_create_uninitnumeric(1, numbers.size(), oxUINT32_CLASS, false), false);
-    auto* const data = static_cast<std::uint32_t*>(oxGetData(array.get()));
-    for (std::size_t i = 0; i < numbers.size(); ++i) data[i] = numbers[i];
-    return array;
-}
-
-/// Changes one text of a record through its host setter.
+/// Changes the first text of a record (its name or title) through its host setter.
 template <class T>
 void changeText(T& record, std::u16string const& text) {
-    if constexpr (requires { record.setTitleProperty(&text); }) {
-        record.setTitleProperty(&text);
-    } else if constexpr (requires { record.setNameProperty(&text); }) {
-        record.setNameProperty(&text);
-    } else {
-        record.setAltProperty(&text);
-    }
+    glue::tableOf<T>().entries.front().strings().set(&record, &text);
 }
 
 /// A record class other than `T`, for arrays of the wrong element class.
@@ -96,6 +90,14 @@ private:
         seen = array;
     }
 
+    /// Sets a property of `page` to null through `set`, which must change nothing.
+    template <class Set>
+    void setNull(rp::RefItem& page, Set set, char const* what) {
+        rp::RefItem const before = page.copy();
+        (page.*set)(nullptr);
+        check(page == before, what);
+    }
+
     void forget(std::size_t page) {
         seen_[page] = {};
         hostChanged_[page] = {};
@@ -104,12 +106,7 @@ private:
     void setString() {
         rp::RefItem& page = pages_[pickPage()];
         StringProperty const& property = stringProperties[input_.choose(std::size(stringProperties))];
-        if (input_.flag()) {
-            rp::RefItem const before = page.copy();
-            (page.*property.set)(nullptr);
-            check(page == before, "a null string leaves the page unchanged");
-            return;
-        }
+        if (input_.flag()) return setNull(page, property.set, "a null string leaves the page unchanged");
         std::u16string const text = generator_.text();
         (page.*property.set)(&text);
         check((page.*property.native)() == text, "a string setter stores the text");
@@ -122,12 +119,9 @@ private:
         std::vector<std::uint32_t> numbers(count);
         for (std::uint32_t& number : numbers) number = input_.number();
         switch (input_.choose(6)) {
-        case 0: {
-            rp::RefItem const before = pages_[slot].copy();
-            pages_[slot].setDeprecationStatusProperty(nullptr);
-            check(pages_[slot] == before, "a null enumeration value leaves the page unchanged");
-            return;
-        }
+        case 0:
+            return setNull(pages_[slot], &rp::RefItem::setDeprecationStatusProperty,
+                           "a null enumeration value leaves the page unchanged");
         case 1: return offerEnumeration(slot, enumObject(hostClassName<rp::DeprecationStatus>(), numbers), numbers);
         case 2: return offerEnumeration(slot, enumObject(hostClassName<rp::SyntaxType>(), numbers), numbers);
         case 3: return offerEnumeration(slot, numericArray(numbers), numbers);
@@ -165,7 +159,7 @@ private:
     void setObjects() {
         std::size_t const slot = pickPage();
         std::size_t const property = input_.choose(objectPropertyCount);
-        visitObjectProperty(property, [&](auto p) { setObjectsOf<decltype(p)>(slot, property); });
+        visitProperty<PageObjectProperties>(property, [&](auto p) { setObjectsOf<decltype(p)>(slot, property); });
     }
 
     template <class Property>
@@ -173,16 +167,10 @@ private:
         using T = typename Property::Element;
         rp::RefItem& page = pages_[slot];
         switch (input_.choose(5)) {
-        case 0: {
-            rp::RefItem const before = page.copy();
-            (page.*Property::set)(nullptr);
-            check(page == before, "a null object array leaves the page unchanged");
-            return;
-        }
+        case 0: return setNull(page, Property::set, "a null object array leaves the page unchanged");
         case 1: {
-            std::vector<T> records = generator_.makeList<T>();
-            if (Property::single && records.empty()) records.push_back(generator_.make<T>());
-            HostArrayPtr const value = objectArray(records);
+            HostArrayPtr const value = generator_.objectArray(glue::tableOf<T>(), Property::single ? 1 : 0);
+            std::vector<T> const records = hostRecords<T>(value.get());
             (page.*Property::set)(value.get());
             if constexpr (Property::single) {
                 check((page.*Property::native)() == records.front(), "the record setter keeps element 0");
@@ -198,8 +186,7 @@ private:
             return;
         }
         case 2:
-            return offerForeign<Property>(slot, property,
-                                          objectArray(generator_.makeList<ForeignElement<T>>()));
+            return offerForeign<Property>(slot, property, generator_.objectArray(glue::tableOf<ForeignElement<T>>()));
         case 3: return offerForeign<Property>(slot, property, stringArray(std::vector<std::u16string>(input_.choose(3))));
         default:
             return offerForeign<Property>(
@@ -255,7 +242,7 @@ private:
                   "host and native deprecation status agree");
             return;
         }
-        visitObjectProperty(property, [&](auto p) {
+        visitProperty<PageObjectProperties>(property, [&](auto p) {
             using Property = decltype(p);
             oxArray_tag const* const cached = (page.*Property::get)();
             sawArray(slot, property, cached);
@@ -269,7 +256,7 @@ private:
         std::size_t const property = input_.choose(objectPropertyCount);
         rp::RefItem copied = pages_[from].copy();
         check(copied == pages_[from] && pages_[from] == copied, "a copy equals its source");
-        visitObjectProperty(property, [&](auto p) {
+        visitProperty<PageObjectProperties>(property, [&](auto p) {
             using Property = decltype(p);
             oxArray_tag const* const source = (pages_[from].*Property::get)();
             sawArray(from, property, source);
@@ -300,7 +287,7 @@ private:
         std::size_t const slot = pickPage();
         std::size_t const property = input_.choose(objectPropertyCount);
         std::u16string const text = generator_.text();
-        visitObjectProperty(property, [&](auto p) {
+        visitProperty<PageObjectProperties>(property, [&](auto p) {
             using Property = decltype(p);
             using T = typename Property::Element;
             rp::RefItem& page = pages_[slot];

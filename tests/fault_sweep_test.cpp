@@ -3,13 +3,11 @@
 // surface as the host's error, leave the record in a state the library allows
 // for that step, leave no host array or object behind, and let a retry succeed
 // with the same result as a run without faults.
+#include "support/CorpusPages.hpp"
+#include "support/GlueValues.hpp"
 #include "support/HostTest.hpp"
-#include "support/HostValues.hpp"
 
-#include <refpage/PageLoader.hpp>
 #include <refpage/PageParser.hpp>
-
-#include <reference/property/RefItem.hpp>
 
 #include <ovrin/error.hpp>
 #include <ovrin/testing.hpp>
@@ -17,17 +15,20 @@
 #include <gmock/gmock.h>
 
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <optional>
 #include <string>
-#include <typeinfo>
+#include <variant>
 #include <vector>
 
 namespace rp = reference::property;
 
 namespace {
+
+namespace glue = testvalues::glue;
+using glue::PropertyEntry;
+using reference::property::HostArrayPtr;
 
 /// What a failed action reported; empty when it succeeded.
 using Outcome = std::optional<std::string>;
@@ -111,88 +112,19 @@ Outcome hostOutcome(Action&& action) {
     }
 }
 
-std::filesystem::path corpusPage(std::string const& name) {
-    return std::filesystem::path(REFPROP_CORPUS_DIR) / (name + ".json");
-}
-
-/// A native copy of a corpus page loaded through the host.
-rp::RefItem loadNative(std::string const& name) {
-    refpage::LoadResult const loaded = refpage::loadPageFile(corpusPage(name));
-    if (!loaded.ok()) {
-        ADD_FAILURE() << name << " does not load: " << loaded.errors.front().describe();
-        return {};
-    }
-    return refpage::nativePage(loaded.page.get()).copy();
-}
-
-/// Copies of the records a host object array wraps.
-template <class T>
-std::vector<T> hostRecords(oxArray_tag const* array) {
-    std::vector<T> records;
-    for (std::size_t i = 0; i < omGetNumberOfElementsInUnderlyingArray(array); ++i)
-        records.push_back(static_cast<T const*>(omGetArrayElement(array, i)->getData(typeid(T)))->copy());
-    return records;
-}
-
-/// The texts of a host string array.
-std::vector<std::u16string> hostTexts(oxArray_tag const* array) {
-    std::vector<std::u16string> texts;
-    for (std::size_t i = 0; i < oxGetNumberOfElements(array); ++i) texts.push_back(oxGetStringElement(array, i));
-    return texts;
-}
-
-/// The number a host enumeration value stands on.
-std::uint32_t hostNumber(oxArray_tag const* array) {
-    return *static_cast<std::uint32_t const*>(oxGetData(omGetUnderlyingArray(array)));
+/// True when `array` stands for `record`'s field of `entry`: setting the field from it changes nothing.
+template <class R>
+bool agrees(PropertyEntry const& entry, R const& record, oxArray_tag const* array) {
+    R probe = record.copy();
+    testvalues::assign(entry, &probe, HostArrayPtr(array));
+    return probe == record;
 }
 
 template <class R>
-using ArrayGetter = oxArray_tag const* (R::*)() const;
-template <class R>
-using ArraySetter = void (R::*)(oxArray_tag const*);
-/// True when the host array a getter returned agrees with the record's native field.
-template <class R>
-using Agreement = std::function<bool(R const&, oxArray_tag const*)>;
-
-template <class R, class T>
-Agreement<R> recordsAgree(std::vector<T> const& (R::*native)() const) {
-    return [native](R const& record, oxArray_tag const* array) { return hostRecords<T>(array) == (record.*native)(); };
+std::string propertyName(PropertyEntry const& entry) {
+    std::string const& qualifiedName = glue::tableOf<R>().qualifiedName;
+    return qualifiedName.substr(qualifiedName.rfind('.') + 1) + "." + std::string(entry.word);
 }
-
-template <class R>
-Agreement<R> textsAgree(std::vector<std::u16string> const& (R::*native)() const) {
-    return [native](R const& record, oxArray_tag const* array) { return hostTexts(array) == (record.*native)(); };
-}
-
-template <class R, class Value>
-Agreement<R> numberAgrees(Value (R::*native)() const) {
-    return [native](R const& record, oxArray_tag const* array) {
-        return hostNumber(array) == static_cast<std::uint32_t>((record.*native)());
-    };
-}
-
-Agreement<rp::RefItem> thumbnailAgrees() {
-    return [](rp::RefItem const& page, oxArray_tag const* array) {
-        std::vector<rp::AppThumbnail> const records = hostRecords<rp::AppThumbnail>(array);
-        return records.size() == 1 && records.front() == page.getAppThumbnail();
-    };
-}
-
-/// How a setter may leave its record when a host call fails.
-enum class SetFailure {
-    KeepsFieldAndCache,      ///< enumerations: the value is read and cached in one step
-    MayKeepNewFieldOldCache  ///< object and text lists: the field is stored before its array is built
-};
-
-/// One property of a record of class R: its getter and setter, and how the host view agrees.
-template <class R>
-struct Property {
-    std::string name;
-    ArrayGetter<R> get;
-    ArraySetter<R> set;
-    Agreement<R> agrees;
-    SetFailure onFailure;
-};
 
 template <class R>
 struct SetterState {
@@ -200,31 +132,35 @@ struct SetterState {
     oxArray_tag const* cachedBefore = nullptr;
 };
 
-/// Sweeps `property.set(value)` on copies of `target`, whose cache is filled first.
+/// Sweeps setting `entry` to `value` on copies of `target`, whose cache is filled first. A failure
+/// leaves field and cache as they were, except that lists (whose field is stored before their
+/// array is built) may keep the new field with the old cache.
 template <class R>
-SweepCount sweepSetter(Property<R> const& property, R const& target, oxArray_tag const* value) {
+SweepCount sweepSetter(PropertyEntry const& entry, R const& target, oxArray_tag const* value) {
+    glue::ArrayAccess const access = entry.arrays();
     R expected = target.copy();
-    (expected.*property.set)(value);
-    EXPECT_FALSE(expected == target) << property.name << ": the value set must differ from the field";
+    access.set(&expected, value);
+    EXPECT_FALSE(expected == target) << propertyName<R>(entry) << ": the value set must differ from the field";
+    bool const mayKeepNewField = entry.kind != glue::PropertyKind::Enumeration;
     return sweep<SetterState<R>>({
-        "set " + property.name,
+        "set " + propertyName<R>(entry),
         [&] {
             SetterState<R> state{target.copy()};
-            state.cachedBefore = (state.record.*property.get)();
+            state.cachedBefore = access.get(&state.record);
             return state;
         },
-        [&](SetterState<R>& state) { return hostOutcome([&] { (state.record.*property.set)(value); }); },
+        [&](SetterState<R>& state) { return hostOutcome([&] { access.set(&state.record, value); }); },
         [&](SetterState<R>& state) {
             bool const unchanged = state.record == target;
-            bool const newField = property.onFailure == SetFailure::MayKeepNewFieldOldCache && state.record == expected;
+            bool const newField = mayKeepNewField && state.record == expected;
             EXPECT_TRUE(unchanged || newField) << "the field is neither the old one nor an allowed new one";
-            EXPECT_EQ((state.record.*property.get)(), state.cachedBefore) << "the cache changed on a failed set";
+            EXPECT_EQ(access.get(&state.record), state.cachedBefore) << "the cache changed on a failed set";
         },
         [&](SetterState<R>& state) {
             EXPECT_TRUE(state.record == expected) << "the set stored another value";
-            oxArray_tag const* const cached = (state.record.*property.get)();
+            oxArray_tag const* const cached = access.get(&state.record);
             EXPECT_NE(cached, state.cachedBefore) << "the cache still holds the array of the old field";
-            EXPECT_TRUE(property.agrees(state.record, cached)) << "host and native views differ after the set";
+            EXPECT_TRUE(agrees(entry, state.record, cached)) << "host and native views differ after the set";
         },
     });
 }
@@ -235,17 +171,18 @@ struct GetterState {
     oxArray_tag const* got = nullptr;
 };
 
-/// Sweeps `property.get()` on copies of `source`, whose cache must be empty.
+/// Sweeps getting `entry` on copies of `source`, whose cache must be empty.
 template <class R>
-SweepCount sweepGetter(Property<R> const& property, R const& source) {
+SweepCount sweepGetter(PropertyEntry const& entry, R const& source) {
+    glue::ArrayAccess const access = entry.arrays();
     return sweep<GetterState<R>>({
-        "get " + property.name,
+        "get " + propertyName<R>(entry),
         [&] { return GetterState<R>{source.copy()}; },
-        [&](GetterState<R>& state) { return hostOutcome([&] { state.got = (state.record.*property.get)(); }); },
+        [&](GetterState<R>& state) { return hostOutcome([&] { state.got = access.get(&state.record); }); },
         [&](GetterState<R>& state) { EXPECT_TRUE(state.record == source) << "a failed get changed the record"; },
         [&](GetterState<R>& state) {
-            EXPECT_TRUE(property.agrees(state.record, state.got)) << "host and native views differ after the get";
-            EXPECT_EQ((state.record.*property.get)(), state.got) << "a second get rebuilt the array";
+            EXPECT_TRUE(agrees(entry, state.record, state.got)) << "host and native views differ after the get";
+            EXPECT_EQ(access.get(&state.record), state.got) << "a second get rebuilt the array";
         },
     });
 }
@@ -264,10 +201,15 @@ protected:
         total_.survived += count.survived;
     }
 
-    /// The largest page of the corpus and pages that differ from it in every field.
-    static constexpr char const* targetPage = "numpy.nditer";
-    static std::vector<std::string> donorPages() {
-        return {"numpy.busdaycalendar", "numpy.recarray", "numpy.percentile", "numpy.msort", "numpy.genfromtxt"};
+    /// Sweeps every cached property of class R: its setter on copies of `target` with `valueFor`'s
+    /// value, and its getter on copies of `source`, whose slots must be empty.
+    template <class R>
+    void sweepRecord(R const& target, R const& source, std::function<HostArrayPtr(PropertyEntry const&)> valueFor) {
+        for (PropertyEntry const& entry : glue::tableOf<R>().entries) {
+            if (!std::holds_alternative<glue::ArrayAccess>(entry.access)) continue;
+            add(sweepSetter(entry, target, valueFor(entry).get()));
+            add(sweepGetter(entry, source));
+        }
     }
 
     SweepCount total_;
@@ -281,11 +223,11 @@ TEST_F(FaultSweep, WholePageLoadsFailCleanlyAtEveryHostCallAndLoadOnRetry) {
     for (std::string const name : {"numpy.nditer", "numpy.genfromtxt", "numpy.recarray", "numpy.percentile", "numpy.add"}) {
         std::string text;
         refpage::PageError error;
-        ASSERT_TRUE(refpage::readTextFile(corpusPage(name), text, error)) << error.describe();
+        ASSERT_TRUE(refpage::readTextFile(testvalues::corpusPage(name), text, error)) << error.describe();
         refpage::ParsedPage const parsed = refpage::parsePage(text, name);
         ASSERT_TRUE(parsed.ok()) << parsed.errors.front().describe();
         refpage::ensureHostClasses();
-        rp::RefItem const reference = loadNative(name);
+        rp::RefItem const reference = testvalues::loadNative(name);
         add(sweep<LoadState>({
             "load " + name,
             [] { return LoadState{}; },
@@ -305,147 +247,40 @@ TEST_F(FaultSweep, WholePageLoadsFailCleanlyAtEveryHostCallAndLoadOnRetry) {
     expectAllSurvived();
 }
 
-/// A cached property of the page record, and whether two pages hold the same value in its field.
-struct PageProperty {
-    Property<rp::RefItem> property;
-    std::function<bool(rp::RefItem const&, rp::RefItem const&)> sameField;
-};
-
-template <class Field>
-std::function<bool(rp::RefItem const&, rp::RefItem const&)> sameField(Field (rp::RefItem::*native)() const) {
-    return [native](rp::RefItem const& a, rp::RefItem const& b) { return (a.*native)() == (b.*native)(); };
-}
-
-/// Every cached property of the page record.
-std::vector<PageProperty> pageProperties() {
-    using R = rp::RefItem;
-    auto const keeps = SetFailure::KeepsFieldAndCache;
-    auto const mayKeepNew = SetFailure::MayKeepNewFieldOldCache;
-    return {
-        {{"RefEntities", &R::getRefEntitiesProperty, &R::setRefEntitiesProperty, recordsAgree(&R::getRefEntities),
-          mayKeepNew},
-         sameField(&R::getRefEntities)},
-        {{"AppThumbnail", &R::getAppThumbnailProperty, &R::setAppThumbnailProperty, thumbnailAgrees(), mayKeepNew},
-         sameField(&R::getAppThumbnail)},
-        {{"SyntaxGroups", &R::getSyntaxGroupsProperty, &R::setSyntaxGroupProperty, recordsAgree(&R::getSyntaxGroups),
-          mayKeepNew},
-         sameField(&R::getSyntaxGroups)},
-        {{"InputGroups", &R::getInputGroupsProperty, &R::setInputGroupsProperty, recordsAgree(&R::getInputGroups),
-          mayKeepNew},
-         sameField(&R::getInputGroups)},
-        {{"Outputs", &R::getOutputsProperty, &R::setOutputsProperty, recordsAgree(&R::getOutputs), mayKeepNew},
-         sameField(&R::getOutputs)},
-        {{"ClassPropertyGroups", &R::getClassPropertyGroupsProperty, &R::setClassPropertyGroupsProperty,
-          recordsAgree(&R::getClassPropertyGroups), mayKeepNew},
-         sameField(&R::getClassPropertyGroups)},
-        {{"SeeAlso", &R::getSeeAlsoProperty, &R::setSeeAlsoProperty, recordsAgree(&R::getSeeAlsoInfo), mayKeepNew},
-         sameField(&R::getSeeAlsoInfo)},
-        {{"Examples", &R::getExamplesProperty, &R::setExamplesProperty, recordsAgree(&R::getExamples), mayKeepNew},
-         sameField(&R::getExamples)},
-        {{"Parameters", &R::getParametersProperty, &R::setParametersProperty, recordsAgree(&R::getParameters),
-          mayKeepNew},
-         sameField(&R::getParameters)},
-        {{"DeprecationStatus", &R::getDeprecationStatusProperty, &R::setDeprecationStatusProperty,
-          numberAgrees(&R::getDeprecationStatus), keeps},
-         sameField(&R::getDeprecationStatus)},
-    };
-}
-
-/// The value to set a page property to: the cached array of the first donor page whose field differs.
-oxArray_tag const* donorValue(PageProperty const& page, rp::RefItem const& target,
-                              std::vector<rp::RefItem> const& donors) {
-    for (rp::RefItem const& donor : donors)
-        if (!page.sameField(donor, target)) return (donor.*page.property.get)();
-    ADD_FAILURE() << page.property.name << ": no donor page differs from the target";
-    return (donors.front().*page.property.get)();
-}
-
-TEST_F(FaultSweep, PageSettersLeaveAnAllowedStateAtEveryHostCall) {
-    rp::RefItem const target = loadNative(targetPage);
+// The largest page of the corpus, set from pages that differ from it in every field.
+TEST_F(FaultSweep, PagePropertiesLeaveAnAllowedStateAtEveryHostCall) {
+    rp::RefItem const target = testvalues::loadNative("numpy.nditer");
     std::vector<rp::RefItem> donors;
-    for (std::string const& name : donorPages()) donors.push_back(loadNative(name));
-    for (PageProperty const& page : pageProperties())
-        add(sweepSetter(page.property, target, donorValue(page, target, donors)));
+    for (char const* name : {"numpy.busdaycalendar", "numpy.recarray", "numpy.percentile", "numpy.msort",
+                             "numpy.genfromtxt"})
+        donors.push_back(testvalues::loadNative(name));
+    sweepRecord(target, target, [&](PropertyEntry const& entry) {
+        for (rp::RefItem const& donor : donors) {
+            HostArrayPtr const value(testvalues::cachedArray(entry, &donor));
+            if (!agrees(entry, target, value.get())) return value;
+        }
+        ADD_FAILURE() << entry.word << ": no donor page differs from the target";
+        return HostArrayPtr();
+    });
     expectAllSurvived();
 }
 
-TEST_F(FaultSweep, PageGettersLeaveTheirSlotEmptyAtEveryHostCall) {
-    rp::RefItem const source = loadNative(targetPage);
-    for (PageProperty const& page : pageProperties()) add(sweepGetter(page.property, source));
-    expectAllSurvived();
-}
-
-std::string qualifiedName(char const* className) { return std::string("ovrin.internal.reference.property.") + className; }
-
+// Setters on new records; getters on a group of the page, and on new records for the
+// records whose copies share their caches.
 TEST_F(FaultSweep, GroupAndElementPropertiesLeaveAnAllowedStateAtEveryHostCall) {
-    auto const keeps = SetFailure::KeepsFieldAndCache;
-    auto const mayKeepNew = SetFailure::MayKeepNewFieldOldCache;
-    rp::RefItem const target = loadNative(targetPage);
-    rp::RefItem const donor = loadNative("numpy.busdaycalendar");
-    ASSERT_FALSE(target.getInputGroups().empty() || donor.getInputGroups().empty());
-    ASSERT_FALSE(target.getClassPropertyGroups().empty() || donor.getClassPropertyGroups().empty());
-
-    using IG = rp::InputGroup;
-    Property<IG> const inputs{"InputGroup.Inputs", &IG::getInputsProperty, &IG::setInputsProperty,
-                              recordsAgree(&IG::getInputs), mayKeepNew};
-    add(sweepSetter(inputs, target.getInputGroups().front(), donor.getInputGroups().front().getInputsProperty()));
-    add(sweepGetter(inputs, target.getInputGroups().front()));
-
-    using CPG = rp::ClassPropertyGroup;
-    Property<CPG> const properties{"ClassPropertyGroup.Properties", &CPG::getPropertiesProperty,
-                                   &CPG::setPropertiesProperty, recordsAgree(&CPG::getClassProperties), mayKeepNew};
-    add(sweepSetter(properties, target.getClassPropertyGroups().front(),
-                    donor.getClassPropertyGroups().front().getPropertiesProperty()));
-    add(sweepGetter(properties, target.getClassPropertyGroups().front()));
-
-    // Records whose copies share their caches: getters are swept on fresh records, whose slots are empty.
-    testvalues::HostArrayPtr const texts = testvalues::stringArray({u"first", u"second", u"third"});
-    testvalues::HostArrayPtr const usage = testvalues::enumObject(qualifiedName("SyntaxType"), {1});
-    testvalues::HostArrayPtr const method = testvalues::enumObject(qualifiedName("RefEntityType"), {2});
-    testvalues::HostArrayPtr const staticMethod = testvalues::enumObject(qualifiedName("FunctionType"), {5});
-
-    using SG = rp::SyntaxGroup;
-    Property<SG> const syntaxes{"SyntaxGroup.Syntaxes", &SG::getSyntaxesProperty, &SG::setSyntaxesProperty,
-                                textsAgree(&SG::getSyntaxes), mayKeepNew};
-    Property<SG> const groupType{"SyntaxGroup.SyntaxType", &SG::getSyntaxTypeProperty, &SG::setSyntaxTypeProperty,
-                                 numberAgrees(&SG::getSyntaxType), keeps};
-    SG const syntaxGroup = target.getSyntaxGroups().front().copy();
-    ASSERT_NE(syntaxGroup.getSyntaxType(), rp::SyntaxType::Usage);
-    add(sweepSetter(syntaxes, syntaxGroup, texts.get()));
-    add(sweepSetter(groupType, syntaxGroup, usage.get()));
-    add(sweepGetter(syntaxes, SG{}));
-    add(sweepGetter(groupType, SG{}));
-
-    using In = rp::Input;
-    Property<In> const values{"Input.Values", &In::getValuesProperty, &In::setValuesProperty,
-                              textsAgree<In>(&In::getValues), mayKeepNew};
-    Property<In> const inputType{"Input.SyntaxType", &In::getSyntaxTypeProperty, &In::setSyntaxTypeProperty,
-                                 numberAgrees(&In::getSyntaxType), keeps};
-    In const input = target.getInputGroups().front().getInputs().front().copy();
-    ASSERT_NE(input.getSyntaxType(), rp::SyntaxType::Usage);
-    add(sweepSetter(values, input, texts.get()));
-    add(sweepSetter(inputType, input, usage.get()));
-    add(sweepGetter(values, In{}));
-    add(sweepGetter(inputType, In{}));
-
-    using Out = rp::Output;
-    Property<Out> const outputType{"Output.SyntaxType", &Out::getSyntaxTypeProperty, &Out::setSyntaxTypeProperty,
-                                   numberAgrees(&Out::getSyntaxType), keeps};
-    add(sweepSetter(outputType, Out{}, usage.get()));
-    add(sweepGetter(outputType, Out{}));
-
-    using E = rp::RefEntity;
-    Property<E> const entityType{"RefEntity.RefEntityType", &E::getRefEntityTypeProperty,
-                                 &E::setRefEntityTypeProperty, numberAgrees(&E::getRefEntityType), keeps};
-    Property<E> const functionType{"RefEntity.FunctionType", &E::getFunctionTypeProperty, &E::setFunctionTypeProperty,
-                                   numberAgrees(&E::getFunctionType), keeps};
-    E const entity = target.getRefEntities().front().copy();
-    ASSERT_NE(entity.getRefEntityType(), rp::RefEntityType::Method);
-    ASSERT_NE(entity.getFunctionType(), rp::FunctionType::StaticMethod);
-    add(sweepSetter(entityType, entity, method.get()));
-    add(sweepSetter(functionType, entity, staticMethod.get()));
-    add(sweepGetter(entityType, E{}));
-    add(sweepGetter(functionType, E{}));
+    rp::RefItem const page = testvalues::loadNative("numpy.nditer");
+    ASSERT_FALSE(page.getInputGroups().empty() || page.getClassPropertyGroups().empty());
+    auto const distinct = [](PropertyEntry const& entry) {
+        return std::get<HostArrayPtr>(testvalues::distinctValue(entry));
+    };
+    sweepRecord(rp::InputGroup(), page.getInputGroups().front(), distinct);
+    sweepRecord(rp::ClassPropertyGroup(), page.getClassPropertyGroups().front(), distinct);
+    sweepRecord(rp::SyntaxGroup(), rp::SyntaxGroup(), distinct);
+    sweepRecord(rp::Input(), rp::Input(), distinct);
+    sweepRecord(rp::Output(), rp::Output(), distinct);
+    sweepRecord(rp::Parameter(), rp::Parameter(), distinct);
+    sweepRecord(rp::ClassProperty(), rp::ClassProperty(), distinct);
+    sweepRecord(rp::RefEntity(), rp::RefEntity(), distinct);
     expectAllSurvived();
 }
 

@@ -7,7 +7,6 @@
 #include <reference/property/RefItem.hpp>
 
 #include <cstddef>
-#include <string>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -26,8 +25,6 @@ struct ObjectProperty {
     static constexpr auto set = Set;
     /// True for the one single-record property (the thumbnail): a scalar object, element 0 kept.
     static constexpr bool single = std::is_same_v<T, rp::AppThumbnail>;
-    /// "Owner.Element", for messages.
-    static std::string name() { return std::string(R::getOCOSClassName()) + "." + T::getOCOSClassName(); }
 };
 
 template <class T, auto Native, auto Get, auto Set>

@@ -1,17 +1,20 @@
 // The glue's property tables: every property word of every host class reaches
 // its own getter/setter pair by name, and misuse is refused.
-#include <gtest/gtest.h>
+#include "support/GlueValues.hpp"
+#include "support/HostTest.hpp"
 
-#include <map>
-#include <ovrin/testing.hpp>
 #include <reference/glue/Properties.hpp>
 #include <reference/property/DeprecationStatus.hpp>
 #include <reference/property/RefEntityType.hpp>
 #include <reference/property/RefItem.hpp>
+
+#include <ovrin/testing.hpp>
+
+#include <gtest/gtest.h>
+
+#include <map>
 #include <string>
 #include <vector>
-
-#include "support/HostTest.hpp"
 
 namespace {
 
@@ -22,38 +25,7 @@ std::u16string textFor(PropertyEntry const& entry) {
     return u"value of " + std::u16string(entry.word.begin(), entry.word.end());
 }
 
-std::uint32_t numberFor(PropertyEntry const& entry) {
-    return static_cast<std::uint32_t>(entry.word.size());
-}
-
-/// A 1-by-`count` object array of default records of `table`'s class.
-HostArrayPtr defaultObjects(PropertyTable const& table, std::size_t count) {
-    matrix::unique_array array = matrix::from_ovrin(omCreateOCOSMatrix(1, count, table.identity));
-    for (std::size_t i = 0; i < count; ++i) omSetArrayElement(array.get(), i, objectOf(constructObject(table).get()));
-    return HostArrayPtr(array.release(), false);
-}
-
-/// A value for `entry` that no other entry of its table gets.
-HostValue distinctValue(PropertyEntry const& entry) {
-    switch (entry.kind) {
-        case PropertyKind::String: return textFor(entry);
-        case PropertyKind::Bool: return true;
-        case PropertyKind::Enumeration: {
-            std::uint32_t const number = numberFor(entry);
-            return constructEnumeration(*entry.enumeration, {&number, 1});
-        }
-        case PropertyKind::StringList: {
-            matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(1, 2));
-            oxSetStringElement(array.get(), 0, textFor(entry));
-            oxSetStringElement(array.get(), 1, u"second");
-            return HostArrayPtr(array.release(), false);
-        }
-        case PropertyKind::ObjectArray: return defaultObjects(entry.elementTable(), entry.word.size() % 3 + 1);
-        case PropertyKind::Record: return HostArrayPtr(constructObject(entry.elementTable()));
-    }
-    return false;
-}
-
+/// `value` is what testvalues::distinctValue gave for `entry`.
 void expectDistinctValue(PropertyEntry const& entry, HostValue const& value) {
     SCOPED_TRACE(std::string(entry.word));
     switch (entry.kind) {
@@ -64,7 +36,7 @@ void expectDistinctValue(PropertyEntry const& entry, HostValue const& value) {
             EXPECT_EQ(ovrin::testing::className(object), entry.enumeration->qualifiedName);
             auto const numbers = enumerationValues(object);
             ASSERT_EQ(numbers.size(), 1u);
-            EXPECT_EQ(numbers[0], numberFor(entry));
+            EXPECT_EQ(numbers[0], entry.word.size());
             return;
         }
         case PropertyKind::StringList: {
@@ -122,7 +94,7 @@ TEST_F(PropertyTables, EveryPropertyOfEveryClassIsWrittenAndReadBackByItsWord) {
         HostArrayPtr const object = constructObject(*table);
         ocos::COSInterfacePtr const record = objectOf(object.get());
         // Every value is set before any is read, so a setter bound to the wrong member shows.
-        for (auto const& entry : table->entries) setProperty(*record.get(), entry.word, distinctValue(entry));
+        for (auto const& entry : table->entries) setProperty(*record.get(), entry.word, testvalues::distinctValue(entry));
         for (auto const& entry : table->entries) expectDistinctValue(entry, getProperty(*record.get(), entry.word));
     }
 }

@@ -1,10 +1,11 @@
 // The reference utilities: string setters, string lists crossing as 1-by-N
 // host string arrays with their cache, and shared array handles.
+#include "support/HostErrors.hpp"
+#include "support/HostValues.hpp"
 #include "support/LiveCounts.hpp"
 
 #include <reference/utils/Properties.hpp>
 
-#include <ovrin/error.hpp>
 #include <ovrin/testing.hpp>
 
 #include <gtest/gtest.h>
@@ -15,135 +16,70 @@
 namespace {
 
 using reference::utils::accessStringVectorCache;
-using reference::utils::copyOxArrayToSharedOxArrayPtr;
-using reference::utils::setStringProperty;
 using reference::utils::setStringVectorAndCache;
+using testvalues::hostTexts;
+using testvalues::stringArray;
 using Handle = boost::intrusive_ptr<oxArray_tag const>;
 using Texts = std::vector<std::u16string>;
 
-/// A new `rows`-by-N host string array of `texts`.
-Handle strings(Texts const& texts, std::size_t rows = 1) {
-    matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(rows, texts.size() / rows));
-    for (std::size_t i = 0; i < texts.size(); ++i) oxSetStringElement(array.get(), i, texts[i]);
-    return Handle(array.release(), false);
-}
+using Utils = LiveCountTest;
 
-Texts textsOf(oxArray_tag const* array) {
-    Texts result;
-    for (std::size_t i = 0; i < oxGetNumberOfElements(array); ++i) result.push_back(oxGetStringElement(array, i));
-    return result;
-}
-
-class Utils : public LiveCountTest {};
-
-TEST_F(Utils, SetStringPropertyAssignsTheValue) {
+TEST_F(Utils, SetStringPropertyAssignsTheWholeValueAndNullChangesNothing) {
     std::u16string member = u"old";
     std::u16string const value(u"new\0tail", 8);
-    setStringProperty(member, &value);
+    reference::utils::setStringProperty(member, &value);
+    EXPECT_EQ(member, value);
+    reference::utils::setStringProperty(member, nullptr);
     EXPECT_EQ(member, value);
 }
 
-TEST_F(Utils, SetStringPropertyWithNullChangesNothing) {
-    std::u16string member = u"kept";
-    setStringProperty(member, nullptr);
-    EXPECT_EQ(member, u"kept");
-}
-
-TEST_F(Utils, StringVectorSetStoresTheTextsAndCachesAFreshArray) {
-    Handle const value = strings({u"a", u"b\u00e9"});
-    Handle cache;
-    Texts field{u"old"};
+TEST_F(Utils, StringVectorSetStoresTheTextsAndCachesAFreshArrayReleasingTheOld) {
+    Handle const value = stringArray({u"a", u"b\u00e9"});
+    Handle cache = stringArray({u"x"});
+    Handle const old = cache;
+    Texts field{u"x"};
     setStringVectorAndCache(value.get(), cache, field);
     EXPECT_EQ(field, (Texts{u"a", u"b\u00e9"}));
-    ASSERT_TRUE(cache);
     EXPECT_NE(cache.get(), value.get());
-    EXPECT_EQ(textsOf(cache.get()), field);
+    EXPECT_EQ(hostTexts(cache.get()), field);
     EXPECT_EQ(oxGetM(cache.get()), 1u);
     EXPECT_EQ(oxGetArrayScope(cache.get()), 6);
     EXPECT_FALSE(oxIsInternal(cache.get()));
     EXPECT_EQ(ovrin::testing::referenceCount(cache.get()), 1);
+    EXPECT_EQ(ovrin::testing::referenceCount(old.get()), 1) << "the old cached array is released";
     EXPECT_EQ(accessStringVectorCache(cache, field), cache.get());
-}
 
-TEST_F(Utils, StringVectorSetReleasesTheOldCache) {
-    Handle cache = strings({u"x"});
-    Handle const old = cache;
-    Texts field{u"x"};
-    setStringVectorAndCache(strings({u"y"}).get(), cache, field);
-    EXPECT_NE(cache.get(), old.get());
-    EXPECT_EQ(ovrin::testing::referenceCount(old.get()), 1);
-}
-
-TEST_F(Utils, StringVectorSetWithNullChangesNothing) {
-    Handle cache = strings({u"x"});
     oxArray_tag const* const before = cache.get();
-    Texts field{u"x"};
     setStringVectorAndCache(nullptr, cache, field);
     EXPECT_EQ(cache.get(), before);
-    EXPECT_EQ(field, Texts{u"x"});
-}
-
-TEST_F(Utils, StringVectorSetFromAnEmptyArrayStoresNoTexts) {
-    Handle cache;
-    Texts field{u"gone"};
-    setStringVectorAndCache(strings({}).get(), cache, field);
-    EXPECT_TRUE(field.empty());
-    EXPECT_EQ(oxGetM(cache.get()), 1u);
-    EXPECT_EQ(oxGetN(cache.get()), 0u);
+    EXPECT_EQ(field, (Texts{u"a", u"b\u00e9"}));
 }
 
 TEST_F(Utils, StringVectorSetReadsEveryElementOfAnyShapeInOrder) {
     Handle cache;
-    Texts field;
-    setStringVectorAndCache(strings({u"a", u"b", u"c", u"d"}, 2).get(), cache, field);
+    Texts field{u"gone"};
+    setStringVectorAndCache(stringArray({}).get(), cache, field);
+    EXPECT_TRUE(field.empty());
+    EXPECT_EQ(oxGetM(cache.get()), 1u);
+    EXPECT_EQ(oxGetN(cache.get()), 0u);
+    matrix::unique_array twoByTwo = matrix::from_ovrin(oxCreateStringArray(2, 2));
+    for (std::size_t i = 0; i < 4; ++i) oxSetStringElement(twoByTwo.get(), i, std::u16string(1, u'a' + i));
+    setStringVectorAndCache(twoByTwo.get(), cache, field);
     EXPECT_EQ(field, (Texts{u"a", u"b", u"c", u"d"}));
     EXPECT_EQ(oxGetN(cache.get()), 4u);
 }
 
 TEST_F(Utils, StringVectorSetFromANumericArrayIsAHostErrorAndChangesNothing) {
-    matrix::unique_array numbers =
-        matrix::from_ovrin(matrix::detail::do_create_uninitnumeric(1, 0, oxUINT32_CLASS, false));
     Handle cache;
     Texts field{u"kept"};
-    try {
-        setStringVectorAndCache(numbers.get(), cache, field);
-        FAIL() << "no error";
-    } catch (ovrin::HostError const& e) {
-        EXPECT_STREQ(e.what(), "setStringVectorAndCache: expected a string array, found an array of class id 13");
-    }
+    EXPECT_EQ(testvalues::hostErrorOf([&] { setStringVectorAndCache(testvalues::numericArray({}).get(), cache, field); }),
+              "setStringVectorAndCache: expected a string array, found an array of class id 13");
     EXPECT_EQ(field, Texts{u"kept"});
     EXPECT_FALSE(cache);
 }
 
-TEST_F(Utils, StringVectorReadFailureChangesNothing) {
-    Handle const value = strings({u"a", u"b"});
-    Handle cache = strings({u"old"});
-    oxArray_tag const* const before = cache.get();
-    Texts field{u"old"};
-    ovrin::testing::FaultScope fault(2);  // the second element read
-    EXPECT_THROW(setStringVectorAndCache(value.get(), cache, field), ovrin::HostError);
-    EXPECT_EQ(field, Texts{u"old"});
-    EXPECT_EQ(cache.get(), before);
-}
-
-TEST_F(Utils, StringVectorBuildFailureLeavesNewFieldAndOldCache) {
-    Handle const value = strings({u"a", u"b"});
-    Handle cache = strings({u"old"});
-    oxArray_tag const* const before = cache.get();
-    Texts field{u"old"};
-    ovrin::testing::FaultScope fault(3);  // two reads, then creating the new array
-    try {
-        setStringVectorAndCache(value.get(), cache, field);
-        FAIL() << "no error";
-    } catch (ovrin::HostError const& e) {
-        EXPECT_STREQ(e.what(), "injected fault: oxCreateStringArray");
-    }
-    EXPECT_EQ(field, (Texts{u"a", u"b"}));
-    EXPECT_EQ(cache.get(), before);
-}
-
-TEST_F(Utils, EveryFaultInAStringVectorSetLeavesFieldAndCacheConsistentOrOld) {
-    Handle const value = strings({u"a", u"b", u"c"});
+TEST_F(Utils, AFailureWhileReadingChangesNothingAndAFailureWhileBuildingKeepsTheNewFieldAndTheOldCache) {
+    Handle const value = stringArray({u"a", u"b", u"c"});
     std::uint64_t const start = ovrin::testing::hostCalls();
     {
         Handle cache;
@@ -151,37 +87,20 @@ TEST_F(Utils, EveryFaultInAStringVectorSetLeavesFieldAndCacheConsistentOrOld) {
         setStringVectorAndCache(value.get(), cache, field);
     }
     std::uint64_t const calls = ovrin::testing::hostCalls() - start;
+    std::uint64_t const reads = 3;
+    ASSERT_GT(calls, reads);
     for (std::uint64_t n = 1; n <= calls; ++n) {
-        Handle cache = strings({u"old"});
+        Handle cache = stringArray({u"old"});
         oxArray_tag const* const before = cache.get();
         Texts field{u"old"};
         ovrin::testing::FaultScope fault(n);
         EXPECT_THROW(setStringVectorAndCache(value.get(), cache, field), ovrin::HostError) << "call " << n;
         EXPECT_EQ(cache.get(), before) << "call " << n;
-        EXPECT_TRUE(field == Texts{u"old"} || field == (Texts{u"a", u"b", u"c"})) << "call " << n;
+        EXPECT_EQ(field, n <= reads ? Texts{u"old"} : (Texts{u"a", u"b", u"c"})) << "call " << n;
     }
 }
 
-TEST_F(Utils, AccessBuildsOneByNFromTheFieldOnceAndThenReturnsTheCache) {
-    Handle cache;
-    Texts const field{u"p", u"q"};
-    oxArray_tag const* const first = accessStringVectorCache(cache, field);
-    EXPECT_EQ(first, cache.get());
-    EXPECT_EQ(textsOf(first), field);
-    EXPECT_EQ(oxGetM(first), 1u);
-    EXPECT_EQ(oxGetArrayScope(first), 6);
-    EXPECT_EQ(accessStringVectorCache(cache, Texts{u"ignored"}), first);
-}
-
-TEST_F(Utils, AccessOfAnEmptyFieldBuildsOneByZero) {
-    Handle cache;
-    oxArray_tag const* const array = accessStringVectorCache(cache, {});
-    EXPECT_EQ(oxGetM(array), 1u);
-    EXPECT_EQ(oxGetN(array), 0u);
-    EXPECT_EQ(oxGetClassID(array), oxSTRING_CLASS);
-}
-
-TEST_F(Utils, AccessFailureLeavesTheCacheEmptyAndTheNextAccessRetries) {
+TEST_F(Utils, AccessBuildsOneByNFromTheFieldOnceAndAFailureLeavesTheCacheEmptyForARetry) {
     Handle cache;
     Texts const field{u"p", u"q"};
     {
@@ -189,16 +108,24 @@ TEST_F(Utils, AccessFailureLeavesTheCacheEmptyAndTheNextAccessRetries) {
         EXPECT_THROW(accessStringVectorCache(cache, field), ovrin::HostError);
     }
     EXPECT_FALSE(cache);
-    EXPECT_EQ(textsOf(accessStringVectorCache(cache, field)), field);
+    oxArray_tag const* const first = accessStringVectorCache(cache, field);
+    EXPECT_EQ(first, cache.get());
+    EXPECT_EQ(hostTexts(first), field);
+    EXPECT_EQ(oxGetM(first), 1u);
+    EXPECT_EQ(oxGetArrayScope(first), 6);
+    EXPECT_EQ(accessStringVectorCache(cache, Texts{u"ignored"}), first);
+
+    Handle empty;
+    EXPECT_EQ(oxGetN(accessStringVectorCache(empty, {})), 0u);
+    EXPECT_EQ(oxGetClassID(empty.get()), oxSTRING_CLASS);
 }
 
-TEST_F(Utils, CopyToSharedPtrSharesTheSameArray) {
-    Handle const original = strings({u"a"});
-    Handle const shared = copyOxArrayToSharedOxArrayPtr(original.get());
+TEST_F(Utils, CopyToSharedPtrSharesTheSameArrayAndNullGivesAnEmptyHandle) {
+    Handle const original = stringArray({u"a"});
+    Handle const shared = reference::utils::copyOxArrayToSharedOxArrayPtr(original.get());
     EXPECT_EQ(shared.get(), original.get());
     EXPECT_EQ(ovrin::testing::referenceCount(original.get()), 2);
+    EXPECT_FALSE(reference::utils::copyOxArrayToSharedOxArrayPtr(nullptr));
 }
-
-TEST_F(Utils, CopyOfNullIsAnEmptyHandle) { EXPECT_FALSE(copyOxArrayToSharedOxArrayPtr(nullptr)); }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // The stand-in host: array and object lifetimes, payloads, the class registry,
-// object arrays, enumeration and record construction, honest failures, fault
-// injection and use from many threads.
+// object arrays, enumeration and record construction, honest failures and fault
+// injection. Its use from many threads is the concurrency test's (under tsan).
 #include "support/HostErrors.hpp"
 #include "support/HostValues.hpp"
 #include "support/LiveCounts.hpp"
@@ -112,21 +112,12 @@ TEST_F(Host, NumericAndStringArraysHaveTheirShapeClassAndPayload) {
     EXPECT_FALSE(oxIsInternal(strings.get()));
 }
 
-TEST_F(Host, EqualNamesInternToOneIdentityFromAnyThreadAndDefiningAgainKeepsTheFirstClass) {
+TEST_F(Host, EqualNamesInternToOneIdentityAndDefiningAgainKeepsTheFirstClass) {
     std::string const text = "test.Widget";
     EXPECT_EQ(ocos::internal::makeInterned("test.Widget"), ocos::internal::makeInterned(text));
     EXPECT_NE(ocos::internal::makeInterned("test.Widget"), ocos::internal::makeInterned("test.widget"));
     EXPECT_EQ(ocos::internal::nameOf(ocos::internal::makeInterned(text)), "test.Widget");
     EXPECT_EQ(ocos::internal::nameOf(ocos::internal::nullValue()), "");
-    std::vector<ocos::ClassIdentity> seen(8);
-    std::vector<std::jthread> threads;
-    for (std::size_t t = 0; t < seen.size(); ++t)
-        threads.emplace_back([&seen, t] {
-            for (int i = 0; i < 100; ++i) seen[t] = ocos::internal::makeInterned("test.interned." + std::to_string(i));
-        });
-    threads.clear();
-    for (ocos::ClassIdentity identity : seen) EXPECT_EQ(identity, seen.front());
-
     ocos::COSClass& again = ocos::COSClass::define({"test.Widget", &typeid(Gadget), &dispose<Gadget>, nullptr, false});
     EXPECT_EQ(&again, &classes.widget);
     EXPECT_EQ(again.definition().nativeType, &typeid(Widget));
@@ -197,18 +188,13 @@ TEST_F(Host, EnumerationObjectsKeepTheirOwnCopyOfTheNumbersAndRecordClassesADefa
     EXPECT_EQ(omGetNumberOfElementsInUnderlyingArray(pair.get()), 2u);
     EXPECT_EQ(oxGetN(omGetUnderlyingArray(pair.get())), 2u);
 
-    EXPECT_EQ(widgetValue(construct(classes.widget.identity(), {}).get(), 0), 42);
-}
+    ocosConvertArrayToInternalInPlace(const_cast<oxArray_tag*>(object.get()), false);
+    EXPECT_TRUE(oxIsInternal(object.get()));
+    EXPECT_FALSE(oxIsInternal(omGetUnderlyingArray(object.get())));
+    ocosConvertArrayToInternalInPlace(const_cast<oxArray_tag*>(pair.get()), true);
+    EXPECT_TRUE(oxIsInternal(omGetUnderlyingArray(pair.get()))) << "a deep conversion reaches the numbers";
 
-TEST_F(Host, DeepInternalConversionReachesTheEnumerationNumbers) {
-    Handle shallow = construct(classes.colour.identity(), {numericArray({4}).get()});
-    Handle deep = construct(classes.colour.identity(), {numericArray({4}).get()});
-    ocosConvertArrayToInternalInPlace(const_cast<oxArray_tag*>(shallow.get()), false);
-    ocosConvertArrayToInternalInPlace(const_cast<oxArray_tag*>(deep.get()), true);
-    EXPECT_TRUE(oxIsInternal(shallow.get()));
-    EXPECT_FALSE(oxIsInternal(omGetUnderlyingArray(shallow.get())));
-    EXPECT_TRUE(oxIsInternal(deep.get()));
-    EXPECT_TRUE(oxIsInternal(omGetUnderlyingArray(deep.get())));
+    EXPECT_EQ(widgetValue(construct(classes.widget.identity(), {}).get(), 0), 42);
 }
 
 TEST_F(Host, MisuseIsAHostErrorNamingWhatWasExpectedAndWhatWasFound) {
@@ -231,14 +217,10 @@ TEST_F(Host, MisuseIsAHostErrorNamingWhatWasExpectedAndWhatWasFound) {
          "do_create_uninitnumeric: expected a numeric class (double, int32 or uint32), found class id 2"},
         {[&] { oxGetStringElement(strings.get(), 2); },
          "oxGetStringElement: expected an index below 2, found index 2 of a 1-by-2 string array"},
-        {[&] { oxSetStringElement(const_cast<oxArray_tag*>(strings.get()), 5, u"x"); },
-         "oxSetStringElement: expected an index below 2, found index 5 of a 1-by-2 string array"},
         {[&] { oxGetStringElement(uint32s.get(), 0); },
          "oxGetStringElement: expected a string array, found a 1-by-1 uint32 array"},
         {[&] { oxGetData(strings.get()); }, "oxGetData: expected a numeric array, found a 1-by-2 string array"},
         {[] { oxGetClassID(nullptr); }, "oxGetClassID: expected an array, found null"},
-        {[] { oxGetNumberOfElements(nullptr); }, "oxGetNumberOfElements: expected an array, found null"},
-        {[] { oxSetArrayScope(nullptr, 6); }, "oxSetArrayScope: expected an array, found null"},
         {[] { ocos::internal::makeInterned(""); }, "makeInterned: expected a non-empty class name, found an empty one"},
         {[] { ocos::COSClass::getClass(ocos::internal::makeInterned("test.Nobody")); },
          "COSClass::getClass: expected a registered class, found unknown class 'test.Nobody'"},
@@ -261,8 +243,6 @@ TEST_F(Host, MisuseIsAHostErrorNamingWhatWasExpectedAndWhatWasFound) {
                                            "object array of class test.Widget"},
         {[&] { omSetArrayElement(w, 0, gadget); }, "omSetArrayElement: expected an object of class 'test.Widget', "
                                                    "found an object of class 'test.Gadget'"},
-        {[&] { omSetArrayElement(w, 2, widget); }, "omSetArrayElement: expected an index below 2, found index 2 of a "
-                                                   "1-by-2 object array of class test.Widget"},
         {[&] { omSetArrayElement(w, 0, {}); }, "omSetArrayElement: expected a host object, found null"},
         {[&] { omGetArrayElement(strings.get(), 0); },
          "omGetArrayElement: expected an object array of records, found a 1-by-2 string array"},
@@ -347,20 +327,6 @@ TEST_F(Host, EveryInjectedFaultLeavesNothingAlive) {
         EXPECT_EQ(ovrin::testing::liveArrays(), arrays) << "call " << n;
         EXPECT_EQ(ovrin::testing::liveObjects(), objects) << "call " << n;
     }
-}
-
-TEST_F(Host, ThreadsWithTheirOwnValuesOrSharingOneArrayKeepCountsExact) {
-    matrix::unique_array shared = matrix::from_ovrin(omCreateOCOSMatrix(1, 1, classes.widget.identity()));
-    omSetArrayElement(shared.get(), 0, wrap(classes.widget));
-    std::vector<std::jthread> threads;
-    for (int t = 0; t < 8; ++t)
-        threads.emplace_back([&] {
-            for (int i = 0; i < 50; ++i) buildAndReadWidgetArray(classes);
-            for (int i = 0; i < 500; ++i) widgetValue(Handle(shared.get()).get(), 0);
-        });
-    threads.clear();
-    EXPECT_EQ(referenceCount(shared.get()), 1);
-    EXPECT_EQ(referenceCount(omGetArrayElement(shared.get(), 0).get()), 2);
 }
 
 #if !defined(NDEBUG) && GTEST_HAS_DEATH_TEST

@@ -45,20 +45,14 @@ struct Vocabulary<reference::property::RefEntityType> {
     static constexpr char const* className = "RefEntityType";
     static constexpr std::uint32_t defaultValue = 27;
     static constexpr Member members[] = {
-        {"function", "Function"},         {"class", "Class"},
-        {"method", "Method"},             {"constructor", "Constructor"},
-        {"property", "Property"},         {"properties", "Properties"},
-        {"object", "Object"},             {"sysobj", "Sys_Obj"},
-        {"package", "Package"},           {"quillpadtask", "Quillpad_Task"},
-        {"settings", "Settings"},         {"keyword", "Keyword"},
-        {"block", "Block"},               {"mdlcheck", "Model_Check"},
-        {"mdlguideline", "Model_Guideline"}, {"reportgen", "Report_Gen"},
-        {"corvanelanguage", "Corvane_Language"}, {"corvaneblock", "Corvane_Block"},
-        {"tessark", "Tessark"},           {"configparam", "Config_Param"},
-        {"runtimecheck", "Runtime_Check"}, {"analysisopt", "Analysis_Opt"},
-        {"c", "C"},                       {"cpp", "Cpp"},
-        {"app", "App"},                   {"tool", "Tool"},
-        {"scene", "Scene"},               {"", "Unknown"}};
+        {"function", "Function"}, {"class", "Class"}, {"method", "Method"}, {"constructor", "Constructor"},
+        {"property", "Property"}, {"properties", "Properties"}, {"object", "Object"}, {"sysobj", "Sys_Obj"},
+        {"package", "Package"}, {"quillpadtask", "Quillpad_Task"}, {"settings", "Settings"}, {"keyword", "Keyword"},
+        {"block", "Block"}, {"mdlcheck", "Model_Check"}, {"mdlguideline", "Model_Guideline"},
+        {"reportgen", "Report_Gen"}, {"corvanelanguage", "Corvane_Language"}, {"corvaneblock", "Corvane_Block"},
+        {"tessark", "Tessark"}, {"configparam", "Config_Param"}, {"runtimecheck", "Runtime_Check"},
+        {"analysisopt", "Analysis_Opt"}, {"c", "C"}, {"cpp", "Cpp"}, {"app", "App"}, {"tool", "Tool"},
+        {"scene", "Scene"}, {"", "Unknown"}};
 };
 
 template <>

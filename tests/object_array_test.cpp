@@ -15,7 +15,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -81,25 +80,13 @@ protected:
     }
     oxArray_tag const* getOne() { return bridge::accessObjectCache(oneCache, one, bridge::recordWriter<Counted>()); }
 
-    /// The vector property or the single-record property: its host pair, cache and field, how
-    /// it reads a host value, and what it stores from the records {x, y, z}.
-    struct Target {
-        char const* what;
-        std::function<void(oxArray_tag const*)> set;
-        std::function<oxArray_tag const*()> get;
-        HostArrayPtr& cache;
-        std::function<std::vector<Counted>()> field;
-        std::function<void(std::vector<Counted> const&)> reset;
-        std::function<void(oxArray_tag const*)> read;
-        std::vector<Counted> storedFromXyz;
-    };
-    std::vector<Target> targets() {
-        return {{"vector", [this](auto v) { set(v); }, [this] { return get(); }, cache, [this] { return field; },
-                 [this](auto r) { field = r; }, [](auto v) { bridge::readObjectArray<Counted>(v); },
-                 records({u"x", u"y", u"z"})},
-                {"single", [this](auto v) { setOne(v); }, [this] { return getOne(); }, oneCache,
-                 [this] { return std::vector{one}; }, [this](auto r) { one = r.front(); },
-                 [](auto v) { bridge::getNativeObject<Counted>(v, 0)->copy(); }, records({u"x"})}};
+    /// The vector property (`single` false) or the single-record property: host pair, cache, field.
+    void setTo(bool single, oxArray_tag const* value) { single ? setOne(value) : set(value); }
+    oxArray_tag const* getOf(bool single) { return single ? getOne() : get(); }
+    HostArrayPtr& cacheOf(bool single) { return single ? oneCache : cache; }
+    std::vector<Counted> fieldOf(bool single) const { return single ? std::vector{one} : field; }
+    void store(bool single, std::vector<Counted> const& records) {
+        single ? void(one = records.front()) : void(field = records);
     }
 
     std::vector<Counted> field;
@@ -142,12 +129,12 @@ TEST_F(ObjectArrayProperty, SetBuildsFreshArrayFromStoredRecords) {
 }
 
 TEST_F(ObjectArrayProperty, NullSetChangesNeitherFieldNorCacheAndAnEmptyArrayStoresNothing) {
-    for (Target const& target : targets()) {
-        target.reset(records({u"a"}));
-        oxArray_tag const* before = target.get();
-        target.set(nullptr);
-        EXPECT_EQ(target.field(), records({u"a"})) << target.what;
-        EXPECT_EQ(target.cache.get(), before) << target.what;
+    for (bool const single : {false, true}) {
+        store(single, records({u"a"}));
+        oxArray_tag const* before = getOf(single);
+        setTo(single, nullptr);
+        EXPECT_EQ(fieldOf(single), records({u"a"})) << single;
+        EXPECT_EQ(cacheOf(single).get(), before) << single;
     }
     HostArrayPtr const empty = objectArray("ovrin.test.Counted", records({}));
     set(empty.get());
@@ -171,13 +158,15 @@ TEST_F(ObjectArrayProperty, FailureWhileReadingChangesNothingAndFailureWhileWrit
     std::vector<Counted> const old = records({u"old"});
     std::vector<Counted> const fresh = records({u"x", u"y", u"z"});
     HostArrayPtr const input = objectArray("ovrin.test.Counted", fresh);
-    for (Target const& target : targets()) {
-        SCOPED_TRACE(target.what);
+    for (bool const single : {false, true}) {
+        SCOPED_TRACE(single ? "single record" : "vector");
+        std::vector<Counted> const stored = single ? records({u"x"}) : fresh;
         std::uint64_t const start = ovrin::testing::hostCalls();
-        target.read(input.get());
+        single ? void(bridge::getNativeObject<Counted>(input.get(), 0)->copy())
+               : void(bridge::readObjectArray<Counted>(input.get()));
         std::uint64_t const readCalls = ovrin::testing::hostCalls() - start;
-        target.reset(old);
-        oxArray_tag const* const oldCache = target.get();
+        store(single, old);
+        oxArray_tag const* const oldCache = getOf(single);
         std::size_t const arraysBefore = ovrin::testing::liveArrays();
         std::size_t const objectsBefore = ovrin::testing::liveObjects();
         std::uint64_t failing = 1;
@@ -185,35 +174,36 @@ TEST_F(ObjectArrayProperty, FailureWhileReadingChangesNothingAndFailureWhileWrit
             std::string error;
             {
                 ovrin::testing::FaultScope const fault(failing);
-                error = testvalues::hostErrorOf([&] { target.set(input.get()); });
+                error = testvalues::hostErrorOf([&] { setTo(single, input.get()); });
             }
             if (error == testvalues::noError) break;
-            EXPECT_EQ(target.cache.get(), oldCache) << "call " << failing;
-            EXPECT_EQ(target.field(), failing <= readCalls ? old : target.storedFromXyz) << "call " << failing;
+            EXPECT_EQ(cacheOf(single).get(), oldCache) << "call " << failing;
+            EXPECT_EQ(fieldOf(single), failing <= readCalls ? old : stored) << "call " << failing;
             EXPECT_EQ(ovrin::testing::liveArrays(), arraysBefore) << "call " << failing;
             EXPECT_EQ(ovrin::testing::liveObjects(), objectsBefore) << "call " << failing;
-            target.reset(old);
+            store(single, old);
         }
         EXPECT_GT(failing, readCalls + 1) << "the writer makes host calls too";
-        EXPECT_EQ(target.field(), target.storedFromXyz);
-        EXPECT_NE(target.cache.get(), oldCache);
+        EXPECT_EQ(fieldOf(single), stored);
+        EXPECT_NE(cacheOf(single).get(), oldCache);
     }
 }
 
 TEST_F(ObjectArrayProperty, FailureWhileBuildingInAGetLeavesTheSlotEmptyAndLeaksNothing) {
     field = records({u"a", u"b"});
     one = Counted{u"one"};
-    for (Target const& target : targets()) {
+    for (bool const single : {false, true}) {
+        SCOPED_TRACE(single ? "single record" : "vector");
         std::size_t const arraysBefore = ovrin::testing::liveArrays();
         std::size_t const objectsBefore = ovrin::testing::liveObjects();
         for (std::uint64_t failing = 1;; ++failing) {
             ovrin::testing::FaultScope const fault(failing);
-            if (testvalues::hostErrorOf(target.get) == testvalues::noError) break;
-            EXPECT_FALSE(target.cache) << target.what << ", call " << failing;
-            EXPECT_EQ(ovrin::testing::liveArrays(), arraysBefore) << target.what << ", call " << failing;
-            EXPECT_EQ(ovrin::testing::liveObjects(), objectsBefore) << target.what << ", call " << failing;
+            if (testvalues::hostErrorOf([&] { getOf(single); }) == testvalues::noError) break;
+            EXPECT_FALSE(cacheOf(single)) << "call " << failing;
+            EXPECT_EQ(ovrin::testing::liveArrays(), arraysBefore) << "call " << failing;
+            EXPECT_EQ(ovrin::testing::liveObjects(), objectsBefore) << "call " << failing;
         }
-        EXPECT_EQ(bridge::readObjectArray<Counted>(target.cache.get()), target.field()) << target.what;
+        EXPECT_EQ(bridge::readObjectArray<Counted>(cacheOf(single).get()), fieldOf(single));
     }
 }
 

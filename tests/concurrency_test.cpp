@@ -2,14 +2,15 @@
 // enumeration key tables and the host, get exactly what one thread alone gets.
 // Built under ThreadSanitizer (preset tsan), a data race fails the run.
 #include "support/CorpusPages.hpp"
+#include "support/GlueValues.hpp"
 #include "support/HostTest.hpp"
-#include "support/ObjectProperties.hpp"
 #include "support/Vocabularies.hpp"
 
 #include <array>
 #include <cstdint>
 #include <string>
 #include <thread>
+#include <variant>
 #include <vector>
 
 namespace rp = reference::property;
@@ -23,21 +24,14 @@ std::vector<std::string> const pageNames = {"numpy.nditer", "numpy.recarray", "n
                                             "numpy.einsum"};
 
 /// Reads every cached property of `page` through the host, twice: true when each second read
-/// returns the first read's array and every array has as many elements as its field.
+/// returns the first read's array and every array stands for its field.
 bool hostReadsAgree(rp::RefItem const& page) {
-    auto agrees = [&](auto get, std::size_t count) {
-        oxArray_tag const* const first = (page.*get)();
-        return (page.*get)() == first && omGetNumberOfElementsInUnderlyingArray(first) == count;
-    };
-    bool all = agrees(&rp::RefItem::getDeprecationStatusProperty, 1);
-    testvalues::forEachProperty<testvalues::PageObjectProperties>([&](auto property) {
-        using P = decltype(property);
-        if constexpr (P::single)
-            all = agrees(P::get, 1) && all;
-        else
-            all = agrees(P::get, (page.*P::native)().size()) && all;
-    });
-    return all;
+    for (auto const& entry : testvalues::glue::tableOf<rp::RefItem>().entries) {
+        if (!std::holds_alternative<testvalues::glue::ArrayAccess>(entry.access)) continue;
+        oxArray_tag const* const first = entry.arrays().get(&page);
+        if (entry.arrays().get(&page) != first || !testvalues::agrees(entry, page, first)) return false;
+    }
+    return true;
 }
 
 /// Runs `work(thread)` on `threadCount` threads at once; each returns how many mismatches it saw.

@@ -29,6 +29,7 @@ namespace {
 namespace glue = testvalues::glue;
 using glue::PropertyEntry;
 using reference::property::HostArrayPtr;
+using testvalues::agrees;
 
 /// What a failed action reported; empty when it succeeded.
 using Outcome = std::optional<std::string>;
@@ -110,14 +111,6 @@ Outcome hostOutcome(Action&& action) {
     } catch (ovrin::HostError const& e) {
         return std::string(e.what());
     }
-}
-
-/// True when `array` stands for `record`'s field of `entry`: setting the field from it changes nothing.
-template <class R>
-bool agrees(PropertyEntry const& entry, R const& record, oxArray_tag const* array) {
-    R probe = record.copy();
-    testvalues::assign(entry, &probe, HostArrayPtr(array));
-    return probe == record;
 }
 
 template <class R>

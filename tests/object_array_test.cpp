@@ -2,13 +2,12 @@
 // counts its copies, then each owner's properties wired to it.
 #include "../src/bridge/ObjectArray.hpp"
 
-#include "support/GlueValues.hpp"
 #include "support/HostErrors.hpp"
 #include "support/HostTest.hpp"
 #include "support/HostValues.hpp"
-#include "support/ObjectProperties.hpp"
 
 #include <reference/glue/Properties.hpp>
+#include <reference/property/RefItem.hpp>
 
 #include <ovrin/ocos.hpp>
 #include <ovrin/testing.hpp>
@@ -23,6 +22,7 @@ namespace {
 
 using reference::property::HostArrayPtr;
 using testvalues::objectArray;
+namespace glue = reference::glue;
 namespace bridge = reference::property::bridge;
 
 /// A record with the shape the mechanism needs; copy() calls are counted.
@@ -223,46 +223,48 @@ TEST_F(ObjectArrayProperty, SingleRecordIsAScalarNeitherScopedNorInternalAndKeep
     EXPECT_EQ(bridge::getNativeObject<Counted>(getOne(), 0)->text, u"first");
 }
 
-// Each owner's object-array properties reach the mechanism with their own field and element class.
-template <class Tuple>
-struct TypesOf;
-template <class... P>
-struct TypesOf<std::tuple<P...>> {
-    using type = ::testing::Types<P...>;
-};
+/// The label of element `index` of an object array: the first text (name or title) of its record.
+std::u16string labelAt(oxArray_tag const* array, std::size_t index) {
+    ocos::COSInterfacePtr const element = omGetArrayElement(array, index);
+    std::string_view const word = glue::tableOf(*element.get()).entries.front().word;
+    return std::get<std::u16string>(glue::getProperty(*element.get(), word));
+}
 
-template <class Property>
-class OwnerProperty : public HostTest {};
-TYPED_TEST_SUITE(OwnerProperty,
-                 TypesOf<decltype(std::tuple_cat(testvalues::PageObjectProperties{},
-                                                 testvalues::GroupObjectProperties{}))>::type);
+// Each owner's record properties reach the mechanism with their own field and element class.
+template <class Owner>
+class OwnerProperties : public HostTest {};
+using Owners = ::testing::Types<reference::property::RefItem, reference::property::InputGroup,
+                                reference::property::ClassPropertyGroup>;
+TYPED_TEST_SUITE(OwnerProperties, Owners);
 
-TYPED_TEST(OwnerProperty, SetStoresCopiesOfTheRecordsAndCachesAFreshArrayOfTheElementClass) {
-    using T = typename TypeParam::Element;
-    typename TypeParam::Record owner;
-    oxArray_tag const* const before = (owner.*TypeParam::get)();
-    EXPECT_EQ(ovrin::testing::className(before), testvalues::hostClassName<T>());
-    EXPECT_EQ(oxGetNumberOfElements(before), TypeParam::single ? 1u : 0u);
+TYPED_TEST(OwnerProperties, SetStoresCopiesOfTheRecordsAndCachesAFreshArrayOfTheElementClass) {
+    for (glue::PropertyEntry const& entry : glue::tableOf<TypeParam>().entries) {
+        bool const single = entry.kind == glue::PropertyKind::Record;
+        if (entry.kind != glue::PropertyKind::ObjectArray && !single) continue;
+        SCOPED_TRACE(entry.word);
+        glue::PropertyTable const& element = entry.elementTable();
+        TypeParam owner;
+        oxArray_tag const* const before = entry.arrays().get(&owner);
+        EXPECT_EQ(ovrin::testing::className(before), element.qualifiedName);
+        EXPECT_EQ(oxGetNumberOfElements(before), single ? 1u : 0u);
 
-    std::vector<T> labelled(3);
-    for (std::size_t i = 0; i < labelled.size(); ++i) {
-        std::u16string const label = u"record " + std::u16string(1, char16_t(u'0' + i));
-        testvalues::assign(reference::glue::tableOf<T>().entries.front(), &labelled[i], label);
+        matrix::unique_array input = matrix::from_ovrin(omCreateOCOSMatrix(1, 3, element.identity));
+        for (std::size_t i = 0; i < 3; ++i) {
+            HostArrayPtr const object = glue::constructObject(element);
+            std::u16string const label = u"record " + std::u16string(1, static_cast<char16_t>(u'0' + i));
+            glue::setProperty(*glue::objectOf(object.get()).get(), element.entries.front().word, label);
+            omSetArrayElement(input.get(), i, glue::objectOf(object.get()));
+        }
+        entry.arrays().set(&owner, input.get());
+        oxArray_tag const* const after = entry.arrays().get(&owner);
+        EXPECT_NE(after, input.get());
+        EXPECT_NE(after, before);
+        EXPECT_EQ(ovrin::testing::className(after), element.qualifiedName);
+        ASSERT_EQ(oxGetNumberOfElements(after), single ? 1u : 3u) << "a single record keeps element 0";
+        for (std::size_t i = 0; i < oxGetNumberOfElements(after); ++i)
+            EXPECT_EQ(labelAt(after, i), labelAt(input.get(), i));
+        EXPECT_EQ(entry.arrays().get(&owner), after);
     }
-    HostArrayPtr const input = objectArray(labelled);
-    (owner.*TypeParam::set)(input.get());
-    std::vector<T> const expected = TypeParam::single ? std::vector<T>{labelled.front().copy()} : labelled;
-    if constexpr (TypeParam::single)
-        EXPECT_TRUE((owner.*TypeParam::native)() == expected.front());
-    else
-        EXPECT_TRUE((owner.*TypeParam::native)() == expected);
-
-    oxArray_tag const* const after = (owner.*TypeParam::get)();
-    EXPECT_NE(after, input.get());
-    EXPECT_NE(after, before);
-    EXPECT_EQ(ovrin::testing::className(after), testvalues::hostClassName<T>());
-    EXPECT_TRUE(testvalues::hostRecords<T>(after) == expected);
-    EXPECT_EQ((owner.*TypeParam::get)(), after);
 }
 
 }  // namespace

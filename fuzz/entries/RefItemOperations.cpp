@@ -9,6 +9,7 @@
 #include "FuzzEntries.hpp"
 #include "RecordGenerator.hpp"
 
+#include "support/GlueValues.hpp"
 #include "support/HostValues.hpp"
 
 #include <reference/glue/Classes.hpp>
@@ -36,13 +37,6 @@ glue::PropertyTable const& pageTable() { return glue::tableOf<rp::RefItem>(); }
 
 /// The property kinds that keep a cached host array.
 bool cached(glue::PropertyEntry const& entry) { return std::holds_alternative<glue::ArrayAccess>(entry.access); }
-
-/// True when `array` stands for `page`'s field of `entry`: setting the field from it changes nothing.
-bool agrees(rp::RefItem const& page, glue::PropertyEntry const& entry, oxArray_tag const* array) {
-    rp::RefItem probe = page.copy();
-    entry.arrays().set(&probe, array);
-    return probe == page;
-}
 
 /// A record class other than `table`'s, for arrays of the wrong element class.
 glue::PropertyTable const& foreignTable(glue::PropertyTable const& table) {
@@ -93,7 +87,7 @@ private:
             check(oxGetM(array) == 1 && oxGetArrayScope(array) == 6, "a cached object array is 1-by-N and scoped");
         else
             check(omGetNumberOfElementsInUnderlyingArray(array) == 1, "an enumeration or record is one value");
-        check(agrees(page, entry, array), "host and native views agree");
+        check(testvalues::agrees(entry, page, array), "host and native views agree");
     }
 
     /// A value for `entry`: null, one the host makes for it, or one of another kind or class.
@@ -148,7 +142,7 @@ private:
         oxArray_tag const* const stored = entry.arrays().get(&page);
         sawArray(slot, property, stored);
         checkHostView(page, entry, stored);
-        check(agrees(page, entry, array), "the setter stores what the value holds");
+        check(testvalues::agrees(entry, page, array), "the setter stores what the value holds");
         if (entry.kind == PropertyKind::Enumeration) {
             check(oxGetClassID(omGetUnderlyingArray(array)) == oxUINT32_CLASS, "only numbers are enumeration values");
             check(stored == array, "an enumeration getter returns the array last set");

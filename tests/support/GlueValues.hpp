@@ -20,6 +20,15 @@ glue::HostValue distinctValue(glue::PropertyEntry const& entry);
 /// True for the records that own object-array properties: their copies start with empty cache slots.
 bool ownsRecords(glue::PropertyTable const& table);
 
+/// True when `array` stands for `record`'s field of `entry` (an array property): setting the
+/// field of a copy from it leaves the copy equal to the record.
+template <class R>
+bool agrees(glue::PropertyEntry const& entry, R const& record, oxArray_tag const* array) {
+    R probe = record.copy();
+    entry.arrays().set(&probe, array);
+    return probe == record;
+}
+
 /// A record with every property assigned its distinct value.
 template <class T>
 T distinctRecord() {

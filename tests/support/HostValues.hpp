@@ -10,7 +10,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <typeinfo>
 #include <vector>
 
 namespace testvalues {
@@ -74,22 +73,6 @@ HostArrayPtr objectArray(std::string const& qualifiedName, std::vector<T> const&
 template <class T>
 HostArrayPtr objectArray(std::vector<T> const& records) {
     return objectArray(hostClassName<T>(), records);
-}
-
-/// The record wrapped by element `index` of an object array; borrowed from the array.
-template <class T>
-T& recordAt(oxArray_tag const* array, std::size_t index) {
-    ocos::COSInterfacePtr const element = omGetArrayElement(array, index);
-    return *static_cast<T*>(element->getData(typeid(T)));
-}
-
-/// Copies of the records an object array (or a scalar object) wraps, in order.
-template <class T>
-std::vector<T> hostRecords(oxArray_tag const* array) {
-    std::vector<T> records;
-    for (std::size_t i = 0; i < omGetNumberOfElementsInUnderlyingArray(array); ++i)
-        records.push_back(recordAt<T>(array, i).copy());
-    return records;
 }
 
 /// The texts of a host string array.

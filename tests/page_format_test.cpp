@@ -1,5 +1,6 @@
 // The page format: what loads into which record through the host, and what is
-// written back out, for the shapes that real pages and hand-written pages take.
+// written back out, for the shapes that real pages and hand-written pages take;
+// and bad pages, each kind of bad input reported with where and what.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -17,6 +18,7 @@ namespace {
 using namespace reference::property;
 using refpage::Json;
 using refpage::LoadResult;
+using refpage::PageError;
 
 std::string corpusPage(std::string const& name) {
     std::ifstream file(std::string(REFPROP_CORPUS_DIR) + "/" + name);
@@ -141,6 +143,93 @@ TEST_F(PageFormat, CheckReportsAReadBackThatDiffersFromTheInput) {
     std::string path;
     refpage::compareJson(expected, actual, path, differences);
     EXPECT_EQ(differences, (std::vector<std::string>{R"(/A/0/B: expected "x", found "y")", "/C: missing"}));
+}
+
+class PageErrors : public HostTest {
+protected:
+    /// The one error that loading `text` must give; a page loaded anyway fails the test.
+    static PageError onlyError(std::string const& text) {
+        LoadResult const result = refpage::loadPage(text, "bad.json");
+        EXPECT_FALSE(result.ok());
+        EXPECT_EQ(result.errors.size(), 1u);
+        return result.errors.empty() ? PageError{} : result.errors.front();
+    }
+};
+
+constexpr char const* threeInputs = R"({"InputGroups": [{"Inputs": [{}, {}, {%s}]}]})";
+
+std::string withThirdInput(std::string const& member) {
+    std::string text = threeInputs;
+    return text.replace(text.find("%s"), 2, member);
+}
+
+TEST_F(PageErrors, MalformedJsonIsReportedByLineAndColumn) {
+    PageError const error = onlyError("{\n  \"Href\": tru,\n}");
+    EXPECT_EQ(error.line, 2u);
+    EXPECT_EQ(error.column, 14u);
+    EXPECT_EQ(error.describe().rfind("bad.json:2:14: malformed JSON: syntax error", 0), 0u) << error.describe();
+}
+
+TEST_F(PageErrors, BadValuesAndKeysNameTheirPathAndWhatWasExpected) {
+    struct Case {
+        std::string text, path, message;
+    };
+    std::string const nonScalar = "Value must be a scalar: expected exactly one element. [Ovrin:class:RequireScalar]";
+    Case const cases[] = {
+        {withThirdInput(R"("Name": 5)"), "/InputGroups/0/Inputs/2/Name", "expected a string, found number 5"},
+        {withThirdInput(R"("IsNameValuePair": "yes")"), "/InputGroups/0/Inputs/2/IsNameValuePair",
+         R"(expected a bool, found string "yes")"},
+        {withThirdInput(R"("Values": ["a", null])"), "/InputGroups/0/Inputs/2/Values/1",
+         "expected a string, found null"},
+        {R"({"Outputs": {}})", "/Outputs", "expected an array of objects, found object {}"},
+        {R"({"Outputs": [3]})", "/Outputs/0", "expected an object, found number 3"},
+        {R"({"AppThumbnail": []})", "/AppThumbnail", "expected an object, found array []"},
+        {R"({"DeprecationStatus": true})", "/DeprecationStatus",
+         "expected a DeprecationStatus key or an unsigned 32-bit number, found boolean true"},
+        {R"([])", "", "expected an object (a page), found array"},
+        {R"({"Href": 8888e888})", "", "malformed JSON: number overflow parsing '8888e888'"},
+        {withThirdInput(R"("Nmae": "x")"), "/InputGroups/0/Inputs/2/Nmae", R"(unknown key "Nmae" in an Input record)"},
+        {R"({"a/b~c": 1})", "/a~1b~0c", R"(unknown key "a/b~c" in a RefItem record)"},
+        {withThirdInput(R"("SyntaxType": [])"), "/InputGroups/0/Inputs/2/SyntaxType", nonScalar},
+        {withThirdInput(R"("SyntaxType": ["usage", "n/a"])"), "/InputGroups/0/Inputs/2/SyntaxType", nonScalar},
+    };
+    for (auto const& c : cases) {
+        SCOPED_TRACE(c.text);
+        PageError const error = onlyError(c.text);
+        EXPECT_EQ(error.path, c.path);
+        EXPECT_EQ(error.message, c.message);
+    }
+}
+
+TEST_F(PageErrors, NumbersOutsideTheUnsigned32BitRangeAreRefused) {
+    for (char const* number : {"4294967296", "-1", "1.5", "1e30"}) {
+        SCOPED_TRACE(number);
+        PageError const error = onlyError(std::string(R"({"DeprecationStatus": )") + number + "}");
+        EXPECT_EQ(error.path, "/DeprecationStatus");
+        EXPECT_NE(error.message.find("outside the unsigned 32-bit range"), std::string::npos) << error.message;
+    }
+}
+
+TEST_F(PageErrors, InvalidUtf8IsReportedWithoutPrintingTheBadBytes) {
+    PageError const error = onlyError("{\"Href\": \"ok\xFF\"}");
+    EXPECT_EQ(error.line, 1u);
+    EXPECT_NE(error.message.find("UTF-8"), std::string::npos) << error.message;
+    EXPECT_EQ(error.describe().find('\xFF'), std::string::npos);
+}
+
+TEST_F(PageErrors, UnpairedSurrogateEscapeIsReported) {
+    for (char const* text : {R"({"Href": "\ud800"})", R"({"Href": "\udc00x"})"}) {
+        PageError const error = onlyError(text);
+        EXPECT_NE(error.message.find("surrogate"), std::string::npos) << error.message;
+    }
+}
+
+TEST_F(PageErrors, EveryErrorOfAPageIsReportedInPageOrder) {
+    LoadResult const result = refpage::loadPage(R"({"Href": 1, "Bogus": 2, "Outputs": [{"Values": "x"}]})", "bad.json");
+    ASSERT_EQ(result.errors.size(), 3u);
+    EXPECT_EQ(result.errors[0].path, "/Href");
+    EXPECT_EQ(result.errors[1].path, "/Bogus");
+    EXPECT_EQ(result.errors[2].path, "/Outputs/0/Values");
 }
 
 }  // namespace

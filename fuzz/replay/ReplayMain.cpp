@@ -9,54 +9,38 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <string_view>
 #include <vector>
 
-namespace {
-
-std::vector<std::uint8_t> readBytes(std::filesystem::path const& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-std::vector<std::filesystem::path> inputsUnder(std::filesystem::path const& root) {
-    std::vector<std::filesystem::path> inputs;
-    if (std::filesystem::is_directory(root)) {
-        for (auto const& entry : std::filesystem::recursive_directory_iterator(root))
-            if (entry.is_regular_file()) inputs.push_back(entry.path());
-        std::sort(inputs.begin(), inputs.end());
-    } else {
-        inputs.push_back(root);
-    }
-    return inputs;
-}
-
-}  // namespace
+namespace fs = std::filesystem;
 
 int main(int argc, char** argv) {
-    if (argc < 3) {
-        std::fprintf(stderr, "usage: %s <target> <file or directory>...\n", argv[0]);
-        return 2;
-    }
-    std::string_view const name = argv[1];
     auto const targets = refprop::fuzz::fuzzTargets();
-    auto const target = std::find_if(targets.begin(), targets.end(), [&](auto const& t) { return t.name == name; });
+    auto const target = std::find_if(targets.begin(), targets.end(),
+                                     [&](auto const& t) { return argc >= 3 && t.name == argv[1]; });
     if (target == targets.end()) {
-        std::fprintf(stderr, "unknown fuzz target '%s'\n", argv[1]);
+        std::fprintf(stderr, "usage: %s <target> <file or directory>... (a known target, at least one input)\n",
+                     argv[0]);
         return 2;
     }
-    std::size_t replayed = 0;
+    std::vector<fs::path> inputs;
     for (int i = 2; i < argc; ++i) {
-        if (!std::filesystem::exists(argv[i])) {
+        if (!fs::exists(argv[i])) {
             std::fprintf(stderr, "no such input: %s\n", argv[i]);
             return 2;
         }
-        for (auto const& path : inputsUnder(argv[i])) {
-            std::vector<std::uint8_t> const bytes = readBytes(path);
-            target->entry(bytes.data(), bytes.size());
-            ++replayed;
+        if (!fs::is_directory(argv[i])) {
+            inputs.emplace_back(argv[i]);
+            continue;
         }
+        for (auto const& entry : fs::recursive_directory_iterator(argv[i]))
+            if (entry.is_regular_file()) inputs.push_back(entry.path());
     }
-    std::printf("%s: replayed %zu input(s)\n", argv[1], replayed);
+    std::sort(inputs.begin(), inputs.end());
+    for (fs::path const& path : inputs) {
+        std::ifstream file(path, std::ios::binary);
+        std::vector<std::uint8_t> const bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+        target->entry(bytes.data(), bytes.size());
+    }
+    std::printf("%s: replayed %zu input(s)\n", argv[1], inputs.size());
     return 0;
 }

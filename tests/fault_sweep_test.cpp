@@ -5,11 +5,11 @@
 // with the same result as a run without faults.
 #include "support/CorpusPages.hpp"
 #include "support/GlueValues.hpp"
+#include "support/HostErrors.hpp"
 #include "support/HostTest.hpp"
 
 #include <refpage/PageParser.hpp>
 
-#include <ovrin/error.hpp>
 #include <ovrin/testing.hpp>
 
 #include <gmock/gmock.h>
@@ -105,12 +105,8 @@ SweepCount sweep(SweepCase<State> const& c) {
 /// Runs `action`, turning a host error into its message.
 template <class Action>
 Outcome hostOutcome(Action&& action) {
-    try {
-        action();
-        return std::nullopt;
-    } catch (ovrin::HostError const& e) {
-        return std::string(e.what());
-    }
+    std::string const error = testvalues::hostErrorOf(action);
+    return error == testvalues::noError ? Outcome() : Outcome(error);
 }
 
 template <class R>

@@ -47,20 +47,6 @@ TYPED_TEST(EveryRecord, FilledCachesTakeNoPartInEquality) {
     EXPECT_TRUE(plain == read);
 }
 
-TYPED_TEST(EveryRecord, ValuesReadFromOneRecordAndAssignedToAnotherMakeItEqual) {
-    TypeParam const source = testvalues::distinctRecord<TypeParam>();
-    TypeParam target;
-    for (PropertyEntry const& entry : tableOf<TypeParam>().entries) {
-        if (auto const* const array = testvalues::cachedArray(entry, &source))
-            testvalues::assign(entry, &target, HostArrayPtr(array));
-        else if (entry.kind == testvalues::glue::PropertyKind::Bool)
-            testvalues::assign(entry, &target, entry.flag().get(&source));
-        else
-            testvalues::assign(entry, &target, entry.strings().get(&source));
-    }
-    EXPECT_TRUE(target == source);
-}
-
 // Owners of object arrays leave every slot of the copy empty; the other records share theirs,
 // and a later set on the source leaves the copy's shared array and field as they were.
 TYPED_TEST(EveryRecord, CopyEqualsItsSourceAndSharesOrEmptiesTheCachesAsItsClassDoes) {

@@ -1,8 +1,8 @@
 // The reference utilities: string setters, string lists crossing as 1-by-N
 // host string arrays with their cache, and shared array handles.
 #include "support/HostErrors.hpp"
+#include "support/HostTest.hpp"
 #include "support/HostValues.hpp"
-#include "support/LiveCounts.hpp"
 
 #include <reference/utils/Properties.hpp>
 

@@ -1,11 +1,34 @@
-// Test fixture for the library: its host classes are registered, and every
-// test ends with the live host array and object counts it started with.
+// Test fixtures: every test ends with as many live host arrays and host objects
+// as it started with, and with no fault left armed.
 #pragma once
-
-#include "support/LiveCounts.hpp"
 
 #include <reference/glue/Classes.hpp>
 
+#include <ovrin/testing.hpp>
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+
+/// For tests of the host and of the library's parts on their own.
+class LiveCountTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        arraysAtStart_ = ovrin::testing::liveArrays();
+        objectsAtStart_ = ovrin::testing::liveObjects();
+    }
+    void TearDown() override {
+        ovrin::testing::failHostCall(0);
+        EXPECT_EQ(ovrin::testing::liveArrays(), arraysAtStart_) << "host arrays leaked";
+        EXPECT_EQ(ovrin::testing::liveObjects(), objectsAtStart_) << "host objects leaked";
+    }
+
+private:
+    std::size_t arraysAtStart_ = 0;
+    std::size_t objectsAtStart_ = 0;
+};
+
+/// For tests of the library: its host classes are registered first.
 class HostTest : public LiveCountTest {
 protected:
     void SetUp() override {

@@ -1,7 +1,6 @@
 // Enumeration-valued properties, through RefEntity's two: host objects built once
 // from the stored number, assigned objects kept as they are, and the scalar rule
 // with the library's one error as the host sees it.
-#include "support/HostErrors.hpp"
 #include "support/HostTest.hpp"
 #include "support/HostValues.hpp"
 
@@ -74,25 +73,6 @@ TEST_F(EnumProperty, AnythingButOneElementThrowsRequireScalarAndChangesNothing) 
         EXPECT_EQ(entity.getRefEntityType(), RefEntityType::Method);
         EXPECT_EQ(entity.getRefEntityTypeProperty(), assigned.get());
         EXPECT_EQ(referenceCount(wrong.get()), 1);
-    }
-}
-
-TEST_F(EnumProperty, HostFailureAtAnyStepOfAGetPassesThroughAndLeavesTheCacheEmpty) {
-    for (std::uint64_t failing = 1;; ++failing) {
-        SCOPED_TRACE(failing);
-        ASSERT_LT(failing, 20u) << "the getter never got through";
-        RefEntity const entity;
-        std::size_t const arraysBefore = liveArrays();
-        {
-            ovrin::testing::FaultScope const fault(failing);
-            std::string const error = testvalues::hostErrorOf([&] { entity.getRefEntityTypeProperty(); });
-            if (ovrin::testing::faultPending()) break;  // every fallible call has been failed once
-            EXPECT_NE(error, testvalues::noError);
-            EXPECT_EQ(liveArrays(), arraysBefore);
-        }
-        std::uint64_t const callsBefore = hostCalls();
-        EXPECT_EQ(hostNumber(entity.getRefEntityTypeProperty()), RefEntityType::Unknown);
-        EXPECT_GT(hostCalls(), callsBefore) << "a failed get left something in the cache";
     }
 }
 

@@ -93,7 +93,9 @@ std::vector<std::string> listedSymbols() {
     return listed;
 }
 
-bool startsWith(std::string const& text, std::string const& prefix) { return text.compare(0, prefix.size(), prefix) == 0; }
+bool startsWith(std::string const& text, std::string const& prefix) {
+    return text.compare(0, prefix.size(), prefix) == 0;
+}
 
 /// The name with a "typeinfo for ", "vtable for " or similar prefix removed.
 std::string owner(std::string const& name) {

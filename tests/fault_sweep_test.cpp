@@ -160,7 +160,7 @@ struct GetterState {
     oxArray_tag const* got = nullptr;
 };
 
-/// Sweeps getting `entry` on copies of `source`, whose cache must be empty.
+/// Sweeps getting `entry` on copies of `source`, whose cache must be empty; a failure leaves it empty.
 template <class R>
 SweepCount sweepGetter(PropertyEntry const& entry, R const& source) {
     glue::ArrayAccess const access = entry.arrays();
@@ -168,7 +168,12 @@ SweepCount sweepGetter(PropertyEntry const& entry, R const& source) {
         "get " + propertyName<R>(entry),
         [&] { return GetterState<R>{source.copy()}; },
         [&](GetterState<R>& state) { return hostOutcome([&] { state.got = access.get(&state.record); }); },
-        [&](GetterState<R>& state) { EXPECT_TRUE(state.record == source) << "a failed get changed the record"; },
+        [&](GetterState<R>& state) {
+            EXPECT_TRUE(state.record == source) << "a failed get changed the record";
+            std::uint64_t const calls = ovrin::testing::hostCalls();
+            access.get(&state.record);
+            EXPECT_GT(ovrin::testing::hostCalls(), calls) << "a failed get left its slot filled";
+        },
         [&](GetterState<R>& state) {
             EXPECT_TRUE(agrees(entry, state.record, state.got)) << "host and native views differ after the get";
             EXPECT_EQ(access.get(&state.record), state.got) << "a second get rebuilt the array";

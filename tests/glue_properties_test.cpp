@@ -94,7 +94,8 @@ TEST_F(PropertyTables, EveryPropertyOfEveryClassIsWrittenAndReadBackByItsWord) {
         HostArrayPtr const object = constructObject(*table);
         ocos::COSInterfacePtr const record = objectOf(object.get());
         // Every value is set before any is read, so a setter bound to the wrong member shows.
-        for (auto const& entry : table->entries) setProperty(*record.get(), entry.word, testvalues::distinctValue(entry));
+        for (auto const& entry : table->entries)
+            setProperty(*record.get(), entry.word, testvalues::distinctValue(entry));
         for (auto const& entry : table->entries) expectDistinctValue(entry, getProperty(*record.get(), entry.word));
     }
 }

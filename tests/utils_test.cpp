@@ -17,6 +17,7 @@ namespace {
 
 using reference::utils::accessStringVectorCache;
 using reference::utils::setStringVectorAndCache;
+using testvalues::HostArrayPtr;
 using testvalues::hostTexts;
 using testvalues::stringArray;
 using Handle = boost::intrusive_ptr<oxArray_tag const>;
@@ -72,7 +73,8 @@ TEST_F(Utils, StringVectorSetReadsEveryElementOfAnyShapeInOrder) {
 TEST_F(Utils, StringVectorSetFromANumericArrayIsAHostErrorAndChangesNothing) {
     Handle cache;
     Texts field{u"kept"};
-    EXPECT_EQ(testvalues::hostErrorOf([&] { setStringVectorAndCache(testvalues::numericArray({}).get(), cache, field); }),
+    HostArrayPtr const numbers = testvalues::numericArray({});
+    EXPECT_EQ(testvalues::hostErrorOf([&] { setStringVectorAndCache(numbers.get(), cache, field); }),
               "setStringVectorAndCache: expected a string array, found an array of class id 13");
     EXPECT_EQ(field, Texts{u"kept"});
     EXPECT_FALSE(cache);

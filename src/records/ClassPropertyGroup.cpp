@@ -31,10 +31,7 @@ bool ClassPropertyGroup::operator==(ClassPropertyGroup const& other) const {
 ClassPropertyGroup ClassPropertyGroup::copy() const {
     ClassPropertyGroup result;
     result.title = title;
-    result.classProperties.reserve(classProperties.size());
-    for (ClassProperty const& property : classProperties) {
-        result.classProperties.emplace_back(bridge::CopyOf<ClassProperty>{property});
-    }
+    result.classProperties = bridge::copyEach(classProperties);
     return result;
 }
 

@@ -27,8 +27,7 @@ bool InputGroup::operator==(InputGroup const& other) const {
 InputGroup InputGroup::copy() const {
     InputGroup result;
     result.title = title;
-    result.inputs.reserve(inputs.size());
-    for (Input const& input : inputs) result.inputs.emplace_back(bridge::CopyOf<Input>{input});
+    result.inputs = bridge::copyEach(inputs);
     return result;
 }
 

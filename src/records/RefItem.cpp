@@ -9,19 +9,6 @@
 
 namespace reference::property {
 
-namespace {
-
-/// A new vector of each element's own copy(), in order.
-template <class T>
-std::vector<T> copyEach(std::vector<T> const& records) {
-    std::vector<T> copies;
-    copies.reserve(records.size());
-    for (T const& record : records) copies.emplace_back(bridge::CopyOf<T>{record});
-    return copies;
-}
-
-}  // namespace
-
 std::u16string const& RefItem::getHref() const { return href; }
 std::vector<RefEntity> const& RefItem::getRefEntities() const { return refEntities; }
 std::u16string const& RefItem::getPackageName() const { return packageName; }
@@ -119,20 +106,20 @@ bool RefItem::operator==(RefItem const& other) const {
 RefItem RefItem::copy() const {
     RefItem result;  // every cache slot starts empty and stays so
     result.href = href;
-    result.refEntities = copyEach(refEntities);
+    result.refEntities = bridge::copyEach(refEntities);
     result.packageName = packageName;
     result.purpose = purpose;
     result.introducedIn = introducedIn;
     result.description = description;
     result.appThumbnail = appThumbnail.copy();
     result.deprecationStatus = deprecationStatus;
-    result.syntaxGroups = copyEach(syntaxGroups);
-    result.inputGroups = copyEach(inputGroups);
-    result.outputs = copyEach(outputs);
-    result.classPropertyGroups = copyEach(classPropertyGroups);
-    result.seeAlso = copyEach(seeAlso);
-    result.examples = copyEach(examples);
-    result.parameters = copyEach(parameters);
+    result.syntaxGroups = bridge::copyEach(syntaxGroups);
+    result.inputGroups = bridge::copyEach(inputGroups);
+    result.outputs = bridge::copyEach(outputs);
+    result.classPropertyGroups = bridge::copyEach(classPropertyGroups);
+    result.seeAlso = bridge::copyEach(seeAlso);
+    result.examples = bridge::copyEach(examples);
+    result.parameters = bridge::copyEach(parameters);
     return result;
 }
 

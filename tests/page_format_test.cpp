@@ -7,6 +7,7 @@
 #include <reference/property/RefItem.hpp>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageLoader.hpp>
+#include <refpage/PageParser.hpp>
 #include <refpage/PageWriter.hpp>
 #include <sstream>
 #include <string>
@@ -135,6 +136,27 @@ TEST_F(PageFormat, WrittenPagesLoadBackToEqualPagesAndTheSameText) {
     }
 }
 
+TEST_F(PageFormat, CheckExpectsTheInitialValueForEveryKeyThePageLeftOut) {
+    std::string const text = R"({"RefEntities": [{"Name": "only.a.name"}], "InputGroups": [{"Inputs": [{}]}]})";
+    refpage::ParsedPage const parsed = refpage::parsePage(text, "test.json");
+    ASSERT_TRUE(parsed.ok());
+    Json const expected = refpage::documentToJson(parsed.root);
+    LoadResult const result = load(text);
+    ASSERT_TRUE(result.ok());
+    EXPECT_EQ(expected, written(result));
+    EXPECT_EQ(expected["InputGroups"][0]["Inputs"][0]["IsNameValuePair"], false);
+    EXPECT_EQ(expected["RefEntities"][0]["FunctionType"], 6);
+
+    Json changed = written(result);
+    changed["AppThumbnail"]["Alt"] = "set by someone";
+    changed["RefEntities"][0]["RefEntityType"] = 3;
+    std::vector<std::string> differences;
+    std::string path;
+    refpage::compareJson(expected, changed, path, differences);
+    EXPECT_EQ(differences, (std::vector<std::string>{"/RefEntities/0/RefEntityType: expected 27, found 3",
+                                                     R"(/AppThumbnail/Alt: expected "", found "set by someone")"}));
+}
+
 TEST_F(PageFormat, CheckReportsAReadBackThatDiffersFromTheInput) {
     // The comparison itself: a changed value and a missing key are both found, with their paths.
     Json const expected = Json::parse(R"({"A": [{"B": "x"}], "C": 1})");
@@ -192,6 +214,10 @@ TEST_F(PageErrors, BadValuesAndKeysNameTheirPathAndWhatWasExpected) {
         {R"({"a/b~c": 1})", "/a~1b~0c", R"(unknown key "a/b~c" in a RefItem record)"},
         {withThirdInput(R"("SyntaxType": [])"), "/InputGroups/0/Inputs/2/SyntaxType", nonScalar},
         {withThirdInput(R"("SyntaxType": ["usage", "n/a"])"), "/InputGroups/0/Inputs/2/SyntaxType", nonScalar},
+        {withThirdInput(R"("Name": "a", "Purpose": "", "Name": "b")"), "/InputGroups/0/Inputs/2/Name",
+         R"(duplicate key "Name")"},
+        {R"({"AppThumbnail": {"Alt": "", "Alt": ""}})", "/AppThumbnail/Alt", R"(duplicate key "Alt")"},
+        {R"({"a/b": 1, "a/b": 2})", "/a~1b", R"(duplicate key "a/b")"},
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(c.text);
@@ -199,6 +225,15 @@ TEST_F(PageErrors, BadValuesAndKeysNameTheirPathAndWhatWasExpected) {
         EXPECT_EQ(error.path, c.path);
         EXPECT_EQ(error.message, c.message);
     }
+}
+
+TEST_F(PageErrors, EveryDuplicateKeyIsReportedAndTheSameKeyInSiblingObjectsIsNot) {
+    LoadResult const result = refpage::loadPage(
+        R"({"Outputs": [{"Name": "a"}, {"Name": "b"}], "Href": "x", "Outputs": [{"Href": "", "Href": ""}]})",
+        "bad.json");
+    ASSERT_EQ(result.errors.size(), 2u);
+    EXPECT_EQ(result.errors[0].describe(), R"(bad.json: /Outputs: duplicate key "Outputs")");
+    EXPECT_EQ(result.errors[1].describe(), R"(bad.json: /Outputs/0/Href: duplicate key "Href")");
 }
 
 TEST_F(PageErrors, NumbersOutsideTheUnsigned32BitRangeAreRefused) {

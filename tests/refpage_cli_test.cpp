@@ -73,7 +73,10 @@ TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
     EXPECT_TRUE(contains(run.output, "malformed.json:3:26: malformed JSON: syntax error")) << run.output;
     EXPECT_TRUE(contains(run.output, "wrong_type.json: /InputGroups/0/Inputs/1/Name: expected a string, found array"))
         << run.output;
-    EXPECT_TRUE(contains(run.output, "4 pages, 2 failed ("));
+    EXPECT_TRUE(contains(run.output,
+                         R"(duplicate_key.json: /InputGroups/0/Inputs/1/Name: duplicate key "Name")"))
+        << run.output;
+    EXPECT_TRUE(contains(run.output, "5 pages, 3 failed ("));
 }
 
 TEST(RefpageTool, WarningsArePrintedAndFailOnlyWithStrict) {
@@ -90,8 +93,18 @@ TEST(RefpageTool, BadPagesAndMissingFilesExitWithOne) {
     ToolRun const show = refpage("show " + data("bad/wrong_type.json"));
     EXPECT_EQ(show.status, 1);
     EXPECT_FALSE(contains(show.output, "demo.wrong")) << "a page that failed is never printed";
-    EXPECT_EQ(refpage("json " + data("no/such.json")).status, 1);
     EXPECT_EQ(refpage("check " + data("no/such/folder")).status, 1);
+}
+
+TEST(RefpageTool, ShowAndJsonSayWhenTheirFileIsAFolderOrMissing) {
+    for (char const* command : {"show ", "json "}) {
+        ToolRun const folder = refpage(command + data("good"));
+        EXPECT_EQ(folder.status, 1);
+        EXPECT_EQ(folder.output, "error: " + data("good") + ": is a folder, expected a page file\n");
+        ToolRun const missing = refpage(command + data("no/such.json"));
+        EXPECT_EQ(missing.status, 1);
+        EXPECT_EQ(missing.output, "error: " + data("no/such.json") + ": no such file\n");
+    }
 }
 
 TEST(RefpageTool, FindListsMatchingPagesAsATable) {

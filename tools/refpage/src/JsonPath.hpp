@@ -8,19 +8,24 @@
 
 namespace refpage {
 
+/// Appends "/" and `key` to `path`, escaping "~" and "/" as a JSON pointer does.
+inline void appendPathKey(std::string& path, std::string_view key) {
+    path += '/';
+    for (char const c : key) {
+        if (c == '~')
+            path += "~0";
+        else if (c == '/')
+            path += "~1";
+        else
+            path += c;
+    }
+}
+
 /// Appends one segment to `path` for its lifetime.
 class PathSegment {
 public:
     PathSegment(std::string& path, std::string_view key) : path_(path), size_(path.size()) {
-        path_ += '/';
-        for (char const c : key) {
-            if (c == '~')
-                path_ += "~0";
-            else if (c == '/')
-                path_ += "~1";
-            else
-                path_ += c;
-        }
+        appendPathKey(path_, key);
     }
     PathSegment(std::string& path, std::size_t index) : path_(path), size_(path.size()) {
         path_ += '/';

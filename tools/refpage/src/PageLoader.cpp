@@ -5,6 +5,7 @@
 #include <refpage/PageBuilder.hpp>
 #include <refpage/PageLoader.hpp>
 #include <sstream>
+#include <system_error>
 
 namespace refpage {
 
@@ -35,6 +36,16 @@ LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions 
 }
 
 bool readTextFile(std::filesystem::path const& file, std::string& text, PageError& error) {
+    std::error_code code;
+    std::filesystem::file_status const status = std::filesystem::status(file, code);
+    if (std::filesystem::is_directory(status)) {
+        error = PageError{file.string(), {}, "is a folder, expected a page file"};
+        return false;
+    }
+    if (status.type() == std::filesystem::file_type::not_found) {
+        error = PageError{file.string(), {}, "no such file"};
+        return false;
+    }
     std::ifstream stream(file, std::ios::binary);
     if (stream) {
         std::ostringstream contents;

@@ -9,6 +9,7 @@
 #include <refpage/Utf.hpp>
 
 #include "JsonPath.hpp"
+#include "UniqueKeyParser.hpp"
 
 namespace refpage {
 
@@ -201,7 +202,13 @@ private:
 
 std::optional<Json> parseJson(std::string_view text, std::string_view source, PageErrors& errors) {
     try {
-        return Json::parse(text.begin(), text.end());
+        std::vector<DuplicateKey> duplicates;
+        Json json = parseUniqueKeys(text, duplicates);
+        if (duplicates.empty()) return json;
+        for (auto const& duplicate : duplicates)
+            errors.push_back(PageError{std::string(source), duplicate.path,
+                                       fmt::format("duplicate key \"{}\"", printable(duplicate.key))});
+        return std::nullopt;
     } catch (Json::parse_error const& e) {
         // e.byte is 1-based and may point one past the end.
         std::size_t const position = std::min<std::size_t>(e.byte == 0 ? 0 : e.byte - 1, text.size());

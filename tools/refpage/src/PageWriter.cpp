@@ -62,8 +62,26 @@ Json pageToJson(oxArray_tag const* page) {
     return recordToJson(*object.get(), reference::glue::tableOf(*object.get()));
 }
 
-Json documentToJson(PageNode const& node) {
+Json initialRecordJson(PropertyTable const& table) {
     Json json = Json::object();
+    for (auto const& entry : table.entries) {
+        Json& slot = json[std::string(entry.word)];
+        switch (entry.kind) {
+            case PropertyKind::String: slot = ""; break;
+            case PropertyKind::Bool: slot = false; break;
+            case PropertyKind::Enumeration:
+                slot = entry.enumeration->keyToValue(entry.enumeration->defaultKey);
+                break;
+            case PropertyKind::StringList:
+            case PropertyKind::ObjectArray: slot = Json::array(); break;
+            case PropertyKind::Record: slot = initialRecordJson(entry.elementTable()); break;
+        }
+    }
+    return json;
+}
+
+Json documentToJson(PageNode const& node) {
+    Json json = initialRecordJson(*node.table);
     for (Assignment const& assignment : node.assignments) {
         Json& slot = json[std::string(assignment.entry->word)];
         std::visit(

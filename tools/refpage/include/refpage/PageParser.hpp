@@ -21,7 +21,8 @@ struct ParsedPage {
     bool ok() const noexcept { return errors.empty(); }
 };
 
-/// The JSON of `text`, or nullopt with one error (line and column) added to `errors`.
+/// The JSON of `text`, or nullopt with the errors added to `errors`: one for malformed
+/// text (with line and column), or one per key repeated within an object (with its path).
 std::optional<Json> parseJson(std::string_view text, std::string_view source, PageErrors& errors);
 
 /// Checks `json` against the page's property tables. Collects every error and warning;

@@ -16,7 +16,11 @@ Json recordToJson(ocos::COSInterface const& object, reference::glue::PropertyTab
 Json pageToJson(oxArray_tag const* page);
 /// The page read through the native getters.
 Json nativePageToJson(reference::property::RefItem const& page);
-/// The keys a parsed page gave, in the same form (what a read-back must match).
+/// A record of `table`'s class as constructed: every key in table order, with empty
+/// texts and lists, false, and the class's default enumeration value.
+Json initialRecordJson(reference::glue::PropertyTable const& table);
+/// A parsed page in the same form, every key in table order (what a read-back must
+/// match): the keys the page gave with their values, the others with their initial values.
 Json documentToJson(PageNode const& node);
 
 /// The text the tool writes: one-space indent, UTF-8 kept as is.

@@ -1,0 +1,19 @@
+// Text from pages made safe for where it goes: quoted inside a message, or shown
+// on a terminal. Both keep valid printable UTF-8 as itself and never let a control
+// character (C0, DEL, C1), a formatting character or an invalid byte through raw.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace refpage {
+
+/// `text` in double quotes, for messages: quotes, backslashes, control and other
+/// non-printable characters escaped ("\x1b", "\n", "\u{202e}"), invalid UTF-8 as "\xff".
+std::string quoted(std::string_view text);
+
+/// `text` for a terminal, without quotes: line feeds and tabs kept, quotes and
+/// backslashes kept, everything else escaped as `quoted` escapes it.
+std::string displayable(std::string_view text);
+
+}  // namespace refpage

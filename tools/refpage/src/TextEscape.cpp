@@ -1,0 +1,36 @@
+#include <fmt/format.h>
+#include <utf8.h>
+
+#include <refpage/TextEscape.hpp>
+
+namespace refpage {
+
+std::string quoted(std::string_view text) {
+    return fmt::format("{:?}", text);
+}
+
+std::string displayable(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    auto it = text.begin();
+    while (it != text.end()) {
+        auto const byte = static_cast<unsigned char>(*it);
+        if ((byte >= 0x20 && byte < 0x7f) || byte == '\n' || byte == '\t') {
+            result += *it++;
+            continue;
+        }
+        // One code point (or one invalid byte), escaped exactly as fmt escapes it inside quotes.
+        auto next = it;
+        try {
+            utf8::next(next, text.end());
+        } catch (utf8::exception const&) {
+            next = it + 1;
+        }
+        std::string const escaped = quoted(std::string_view(&*it, static_cast<std::size_t>(next - it)));
+        result.append(escaped, 1, escaped.size() - 2);
+        it = next;
+    }
+    return result;
+}
+
+}  // namespace refpage

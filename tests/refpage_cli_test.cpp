@@ -103,7 +103,7 @@ TEST(RefpageTool, ShowAndJsonSayWhenTheirFileIsAFolderOrMissing) {
         EXPECT_EQ(folder.output, "error: " + data("good") + ": is a folder, expected a page file\n");
         ToolRun const missing = refpage(command + data("no/such.json"));
         EXPECT_EQ(missing.status, 1);
-        EXPECT_EQ(missing.output, "error: " + data("no/such.json") + ": no such file\n");
+        EXPECT_EQ(missing.output, "error: " + data("no/such.json") + ": No such file or directory\n");
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <reference/property/RecordProducer.hpp>
 #include <refpage/PageLookup.hpp>
+#include <refpage/TextEscape.hpp>
 #include <refpage/TextTable.hpp>
 #include <refpage/Utf.hpp>
 
@@ -20,15 +21,16 @@ RefItemLookup makeLookup(RefItem const& page) {
 
 namespace {
 
+/// Page text as it may reach a terminal: control and non-printable characters escaped.
 std::string utf8(std::u16string const& text) {
-    return toUtf8(text);
+    return displayable(toUtf8(text));
 }
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += toUtf8(value);
+        text += utf8(value);
     }
     return text;
 }

@@ -13,8 +13,7 @@
 namespace refpage {
 
 bool finishOutput() {
-    // CLI11 writes help and errors through std::cout and std::cerr, which share stdio's
-    // buffers; stdout is flushed first so that errno still holds the reason of a failure.
+    // Everything is written through stdio; std::cout is checked in case a library wrote there.
     int reason = 0;
     bool ok = std::fflush(stdout) == 0;
     if (!ok) reason = errno;

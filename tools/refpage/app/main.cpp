@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <sstream>
 #include <refpage/TextEscape.hpp>
 #include <string>
 #include <thread>
@@ -51,7 +52,12 @@ int run(int argc, char** argv) {
                        commandNames(commands));
             return exitUsage;
         }
-        int const status = app.exit(e);
+        // Help, version and parse errors go out through stdio, where a failed write is seen at exit.
+        std::ostringstream out;
+        std::ostringstream err;
+        int const status = app.exit(e, out, err);
+        fmt::print(stdout, "{}", out.str());
+        fmt::print(stderr, "{}", err.str());
         return status == 0 ? exitOk : exitUsage;
     }
     for (auto const& command : commands)

@@ -129,4 +129,14 @@ TEST(RefpageInputs, AnUnreadableSubfolderIsReportedWithTheSystemsReason) {
     EXPECT_TRUE(contains(run.output, "3 pages, 1 failed")) << run.output;
 }
 
+TEST(RefpageInputs, AFileNameCannotForgeOrColourAReportLine) {
+    ScratchFolder const folder;
+    folder.write("evil\x1b[31m\nFAIL forged.json", "{");
+    ToolRun const run = testvalues::runShell(std::string(REFPAGE_BINARY) + " check " + folder.path().string() + " 2>&1");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_FALSE(contains(run.output, "\x1b")) << run.output;
+    EXPECT_TRUE(contains(run.output, "/evil\\x1b[31m\\nFAIL forged.json:1:2: malformed JSON")) << run.output;
+    EXPECT_TRUE(contains(run.output, "1 pages, 1 failed")) << run.output;
+}
+
 }  // namespace

@@ -11,6 +11,7 @@
 
 #include "Commands.hpp"
 #include "Diagnostics.hpp"
+#include "NamedPages.hpp"
 
 namespace refpage {
 

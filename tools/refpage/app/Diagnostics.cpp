@@ -2,31 +2,32 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <refpage/PageSource.hpp>
+#include <refpage/TextEscape.hpp>
+#include <string>
 
 namespace refpage {
 
-void printErrors(PageErrors const& errors, char const* prefix) {
-    for (auto const& error : errors) fmt::print(stderr, "{}{}\n", prefix, error.describe());
-}
+namespace {
 
-LoadResult loadNamedPage(std::string const& name, LoadOptions const& options) {
-    PageEntry const entry = name == stdinPath ? PageEntry{} : PageEntry{name, std::nullopt};
-    std::string text;
-    PageError error;
-    if (!readPageEntry(entry, text, error)) {
-        LoadResult result;
-        result.errors.push_back(std::move(error));
-        return result;
+/// `text` on one terminal line: what displayable() keeps of line feeds and tabs escaped too.
+std::string oneLine(std::string const& text) {
+    std::string out;
+    for (char const c : displayable(text)) {
+        if (c == '\n')
+            out += "\\n";
+        else if (c == '\t')
+            out += "\\t";
+        else
+            out += c;
     }
-    return loadPage(text, entry.source(), options);
+    return out;
 }
 
-std::string stdinNamedTwice(std::vector<std::string> const& names) {
-    if (std::count(names.begin(), names.end(), stdinPath) < 2) return {};
-    return "standard input (-) can be named only once";
+}  // namespace
+
+void printErrors(PageErrors const& errors, char const* prefix) {
+    for (auto const& error : errors) fmt::print(stderr, "{}{}\n", prefix, oneLine(error.describe()));
 }
 
 }  // namespace refpage

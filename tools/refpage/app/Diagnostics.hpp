@@ -1,20 +1,12 @@
-// Messages on standard error and the pages named on the command line.
+// Messages about pages on standard error, one line each, safe for a terminal.
 #pragma once
 
 #include <refpage/PageError.hpp>
-#include <refpage/PageLoader.hpp>
-#include <string>
-#include <vector>
 
 namespace refpage {
 
-/// Prints each error on stderr, one line each, prefixed by `prefix`.
+/// Prints each error on stderr as `prefix` and its description, on one line: control
+/// characters from file names or page text (line feeds and tabs included) are escaped.
 void printErrors(PageErrors const& errors, char const* prefix);
-
-/// Loads the page file `name` ("-": standard input).
-LoadResult loadNamedPage(std::string const& name, LoadOptions const& options);
-
-/// "-" more than once in `names` is a usage error: the message, or empty.
-std::string stdinNamedTwice(std::vector<std::string> const& names);
 
 }  // namespace refpage

@@ -14,6 +14,7 @@
 
 #include "Commands.hpp"
 #include "Diagnostics.hpp"
+#include "NamedPages.hpp"
 
 namespace refpage {
 

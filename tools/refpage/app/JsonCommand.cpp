@@ -7,6 +7,7 @@
 
 #include "Commands.hpp"
 #include "Diagnostics.hpp"
+#include "NamedPages.hpp"
 #include "Output.hpp"
 
 namespace refpage {

@@ -6,7 +6,7 @@
 #include <reference/property/FunctionType.hpp>
 #include <reference/property/RefEntityType.hpp>
 #include <reference/property/SyntaxType.hpp>
-#include <reference/utils/EnumerationObject.hpp>
+#include <reference/utils/HostObjects.hpp>
 
 namespace reference::glue {
 

@@ -1,6 +1,6 @@
-// The one builder of host enumeration objects, shared by the records' getters
-// and the glue. Inline: whoever includes it calls only the host operations
-// below, and no symbol is added to any library's interface.
+// Host class identities and the one builder of host enumeration objects, shared
+// by the records' properties and the glue. Inline: whoever includes it calls only
+// the host operations named below, and no symbol is added to any library's interface.
 #pragma once
 
 #include <ovrin/array.hpp>
@@ -15,6 +15,11 @@
 #include <utility>
 
 namespace reference::utils {
+
+/// The interned identity of the host class `qualifiedName`; the null identity for an empty name.
+inline ocos::ClassIdentity internedIdentity(std::string const& qualifiedName) {
+    return qualifiedName.empty() ? ocos::internal::nullValue() : ocos::internal::makeInterned(qualifiedName);
+}
 
 /// A new host object of the enumeration class named by `qualifiedName()`, made from a
 /// 1-by-N unsigned 32-bit array of `numbers`; the result holds the object's only reference.
@@ -31,8 +36,7 @@ boost::intrusive_ptr<oxArray_tag const> constructEnumerationObject(std::span<std
         std::copy(numbers.begin(), numbers.end(), static_cast<std::uint32_t*>(oxGetData(argument.get())));
 
     ocos::COSClient* const client = COSGetPublicClient();
-    std::string const name = std::forward<QualifiedName>(qualifiedName)();
-    ocos::ClassIdentity const identity = name.empty() ? ocos::internal::nullValue() : ocos::internal::makeInterned(name);
+    ocos::ClassIdentity const identity = internedIdentity(std::forward<QualifiedName>(qualifiedName)());
     oxArray_tag const* const arguments[] = {argument.get()};
     boost::intrusive_ptr<oxArray_tag const> made(
         matrix::from_ovrin(omConstructObjectWithClient(identity, 1, arguments, client)).release(), false);

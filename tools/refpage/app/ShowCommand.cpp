@@ -20,7 +20,7 @@ struct ShowOptions {
 
 int show(ShowOptions const& options) {
     LoadOptions const load{options.strict};
-    LoadResult const result = options.file.empty() ? loadPage(samplePage(), "<sample numpy.add.json>", load)
+    LoadResult const result = options.file.empty() ? loadPage(samplePage(), "<sample refpage.check.json>", load)
                                                    : loadPageFile(options.file, load);
     printErrors(result.warnings, "warning: ");
     if (!result.ok()) {

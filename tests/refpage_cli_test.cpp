@@ -1,10 +1,12 @@
 // The refpage tool as a user runs it: commands, command-line conventions, exit
 // status, and output that fails loudly.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <reference/glue/Enumerations.hpp>
 #include <refpage/Json.hpp>
 #include <sstream>
 #include <string>
@@ -181,6 +183,21 @@ TEST(RefpageTool, VersionAndUsageErrors) {
         EXPECT_TRUE(contains(run.output, "Usage")) << command;
     }
     EXPECT_TRUE(contains(refpage("--help").output, "Exit status: 0"));
+}
+
+TEST(RefpageTool, HelpAndReadmeListEveryEnumerationKeyTheLibraryAccepts) {
+    std::string help = refpage("--help").output;
+    for (std::size_t wrap = help.find(",\n    "); wrap != std::string::npos; wrap = help.find(",\n    "))
+        help.replace(wrap, 6, ", ");
+    std::string const readme = readFile(std::filesystem::path(REFPROP_SOURCE_DIR) / "README.md");
+    for (auto const* info : reference::glue::allEnumerations()) {
+        std::string keys;
+        for (auto const& member : info->members)
+            keys += (keys.empty() ? "" : ", ") +
+                    fmt::format("{} ({})", member.key.empty() ? std::string_view("\"\"") : member.key, member.value);
+        EXPECT_TRUE(contains(help, fmt::format("  {}: {}\n", info->className, keys))) << keys << "\n" << help;
+        EXPECT_TRUE(contains(readme, fmt::format("| `{}` | {} |\n", info->className, keys))) << keys;
+    }
 }
 
 TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {

@@ -6,7 +6,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <refpage/PageSource.hpp>
@@ -42,26 +41,12 @@ TEST(PageSource, FolderWalkIsSortedKeepsJsonEntriesAndDoesNotFollowSymlinkedFold
     for (auto const& entry : entries) EXPECT_FALSE(entry.error) << entry.source();
 }
 
-TEST(PageSource, FilesAreTakenAsNamedAndDashIsStandardInput) {
-    std::vector<refpage::PageEntry> const entries = refpage::findPageEntries({"no/such.txt", "-"});
-    ASSERT_EQ(entries.size(), 2u);
-    EXPECT_EQ(entries[0].source(), "no/such.txt");
-    EXPECT_TRUE(entries[1].isStdin());
-    EXPECT_EQ(entries[1].source(), "<stdin>");
-}
-
 TEST(PageSource, ReadingRefusesWhatIsNotARegularFileAndGivesTheSystemsReason) {
     ScratchFolder const folder;
-    fs::path const fifo = folder / "pipe.json";
-    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     fs::create_symlink("loop.json", folder / "loop.json");
 
     std::string text;
     refpage::PageError error;
-    auto const start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(refpage::readTextFile(fifo, text, error));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << "never waits for a writer";
-    EXPECT_EQ(error.describe(), fifo.string() + ": not a regular file (FIFO)");
     EXPECT_FALSE(refpage::readTextFile(folder / "loop.json", text, error));
     EXPECT_EQ(error.message, std::strerror(ELOOP));
     EXPECT_FALSE(refpage::readTextFile("/dev/null", text, error));

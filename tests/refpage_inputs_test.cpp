@@ -124,4 +124,20 @@ TEST(RefpageInputs, AFileNameCannotForgeOrColourAReportLine) {
     EXPECT_TRUE(contains(run.output, "1 pages, 1 failed")) << run.output;
 }
 
+TEST(RefpageInputs, APageThatRunsOutOfMemoryFailsAloneAndTheRunGoesOn) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer's shadow memory does not fit under an address-space limit";
+#endif
+    ScratchFolder const folder;
+    fs::path const big = folder / "a_big.json";
+    folder.write("a_big.json", "");
+    fs::resize_file(big, 200u << 20);  // sparse: 200 MiB that take no disk
+    folder.write("b_small.json", testvalues::minimalPage);
+    ToolRun const run = testvalues::runShell("ulimit -v 100000 && " + std::string(REFPAGE_BINARY) + " check " +
+                                             folder.path().string() + " 2>&1");
+    EXPECT_EQ(run.status, 1) << run.output;
+    EXPECT_TRUE(contains(run.output, "FAIL " + big.string() + ": out of memory\n")) << run.output;
+    EXPECT_TRUE(contains(run.output, "2 pages, 1 failed")) << run.output;
+}
+
 }  // namespace

@@ -139,6 +139,10 @@ TEST(RefpageTool, ExitStatusSaysWhetherAPageFailedOrNothingWasFound) {
     EXPECT_EQ(show.status, 1);
     EXPECT_FALSE(contains(show.output, "demo.wrong")) << "a page that failed is never printed";
     EXPECT_EQ(refpage("check " + data("no/such/folder")).status, 1);
+    testvalues::ScratchFolder const empty;
+    ToolRun const nothing = refpage("check " + empty.path().string());
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_TRUE(contains(nothing.output, "error: no page found")) << nothing.output;
     ToolRun const none = refpage("find no-such-name " + data("good"));
     EXPECT_EQ(none.status, 1);
     EXPECT_TRUE(contains(none.output, "no page name contains \"no-such-name\"")) << none.output;

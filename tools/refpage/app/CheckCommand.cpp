@@ -76,6 +76,10 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     progress.clear();
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet) fmt::print("{} pages, {} failed ({:.2f} s)\n", entries.size(), failed, elapsed.count());
+    if (entries.empty()) {
+        fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
+        return exitFailed;
+    }
     return failed == 0 ? exitOk : exitFailed;
 }
 

@@ -123,9 +123,13 @@ TEST(RefpageTool, JsonOutputFileIsReplacedOnlyByAPageThatLoaded) {
     EXPECT_EQ(readFile(target), refpage("json " + data("good/minimal.json")).output);
 
     std::filesystem::permissions(target, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    ASSERT_EQ(refpage("json -o " + target.string() + " " + data("good/unicode.json")).status, 0);
+    EXPECT_EQ(std::filesystem::status(target).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
+        << "a file replaced keeps its permissions";
     ToolRun const failed = refpage("json " + data("bad/wrong_type.json") + " --output " + target.string());
     EXPECT_EQ(failed.status, 1);
-    EXPECT_EQ(readFile(target), refpage("json " + data("good/minimal.json")).output) << "left untouched";
+    EXPECT_EQ(readFile(target), refpage("json " + data("good/unicode.json")).output) << "left untouched";
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1) << "no temporary left";
 
     ToolRun const nowhere = refpage("json -o " + (folder / "no/such/folder.json").string() + " " +

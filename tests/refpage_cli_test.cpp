@@ -1,10 +1,12 @@
 // The refpage tool as a user runs it: commands, command-line conventions, exit
 // status, and output that fails loudly.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
 #include <regex>
+#include <reference/glue/Enumerations.hpp>
 #include <refpage/Json.hpp>
 #include <sstream>
 #include <string>
@@ -123,9 +125,13 @@ TEST(RefpageTool, JsonOutputFileIsReplacedOnlyByAPageThatLoaded) {
     EXPECT_EQ(readFile(target), refpage("json " + data("good/minimal.json")).output);
 
     std::filesystem::permissions(target, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    ASSERT_EQ(refpage("json -o " + target.string() + " " + data("good/unicode.json")).status, 0);
+    EXPECT_EQ(std::filesystem::status(target).permissions(),
+              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
+        << "a file replaced keeps its permissions";
     ToolRun const failed = refpage("json " + data("bad/wrong_type.json") + " --output " + target.string());
     EXPECT_EQ(failed.status, 1);
-    EXPECT_EQ(readFile(target), refpage("json " + data("good/minimal.json")).output) << "left untouched";
+    EXPECT_EQ(readFile(target), refpage("json " + data("good/unicode.json")).output) << "left untouched";
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1) << "no temporary left";
 
     ToolRun const nowhere = refpage("json -o " + (folder / "no/such/folder.json").string() + " " +
@@ -139,6 +145,10 @@ TEST(RefpageTool, ExitStatusSaysWhetherAPageFailedOrNothingWasFound) {
     EXPECT_EQ(show.status, 1);
     EXPECT_FALSE(contains(show.output, "demo.wrong")) << "a page that failed is never printed";
     EXPECT_EQ(refpage("check " + data("no/such/folder")).status, 1);
+    testvalues::ScratchFolder const empty;
+    ToolRun const nothing = refpage("check " + empty.path().string());
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_TRUE(contains(nothing.output, "error: no page found")) << nothing.output;
     ToolRun const none = refpage("find no-such-name " + data("good"));
     EXPECT_EQ(none.status, 1);
     EXPECT_TRUE(contains(none.output, "no page name contains \"no-such-name\"")) << none.output;
@@ -183,6 +193,21 @@ TEST(RefpageTool, VersionAndUsageErrors) {
         EXPECT_TRUE(contains(run.output, "Usage")) << command;
     }
     EXPECT_TRUE(contains(refpage("--help").output, "Exit status: 0"));
+}
+
+TEST(RefpageTool, HelpAndReadmeListEveryEnumerationKeyTheLibraryAccepts) {
+    std::string help = refpage("--help").output;
+    for (std::size_t wrap = help.find(",\n    "); wrap != std::string::npos; wrap = help.find(",\n    "))
+        help.replace(wrap, 6, ", ");
+    std::string const readme = readFile(std::filesystem::path(REFPROP_SOURCE_DIR) / "README.md");
+    for (auto const* info : reference::glue::allEnumerations()) {
+        std::string keys;
+        for (auto const& member : info->members)
+            keys += (keys.empty() ? "" : ", ") +
+                    fmt::format("{} ({})", member.key.empty() ? std::string_view("\"\"") : member.key, member.value);
+        EXPECT_TRUE(contains(help, fmt::format("  {}: {}\n", info->className, keys))) << keys << "\n" << help;
+        EXPECT_TRUE(contains(readme, fmt::format("| `{}` | {} |\n", info->className, keys))) << keys;
+    }
 }
 
 TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {

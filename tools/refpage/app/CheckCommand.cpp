@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <new>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageSource.hpp>
 #include <string>
@@ -35,16 +36,20 @@ private:
     bool shown_;
 };
 
-/// The verdict on one entry: read it (an unreadable entry is a failure), then check it.
+/// The verdict on one entry: read it, then check it. An entry that cannot be read, or
+/// that runs out of memory, fails with the reason.
 CheckReport checkEntry(PageEntry const& entry, LoadOptions const& load) {
-    std::string text;
-    PageError readError;
-    if (!readPageEntry(entry, text, readError)) {
-        CheckReport report;
+    CheckReport report;
+    try {
+        std::string text;
+        PageError readError;
+        if (readPageEntry(entry, text, readError)) return checkPage(text, entry.source(), load);
         report.failures.push_back(std::move(readError));
-        return report;
+    } catch (std::bad_alloc const&) {
+        report = CheckReport{};
+        report.failures.push_back(PageError{entry.source(), {}, "out of memory"});
     }
-    return checkPage(text, entry.source(), load);
+    return report;
 }
 
 int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
@@ -71,6 +76,10 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     progress.clear();
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet) fmt::print("{} pages, {} failed ({:.2f} s)\n", entries.size(), failed, elapsed.count());
+    if (entries.empty()) {
+        fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
+        return exitFailed;
+    }
     return failed == 0 ? exitOk : exitFailed;
 }
 

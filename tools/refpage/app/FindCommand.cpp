@@ -38,14 +38,7 @@ int find(FindOptions const& options, GlobalOptions const& global) {
     TextTable table({"Name", "Type", "Function", "Deprecated", "Purpose", "Link"}, 40);
     std::size_t matches = 0;
     for (auto const& entry : entries) {
-        std::string text;
-        PageError readError;
-        if (!readPageEntry(entry, text, readError)) {
-            printErrors({readError}, "error: ");
-            bad = true;
-            continue;
-        }
-        LoadResult const result = loadPage(text, entry.source(), LoadOptions{global.strict});
+        LoadResult const result = loadEntry(entry, LoadOptions{global.strict});
         if (!global.quiet) printErrors(result.warnings, "warning: ");
         if (!result.ok()) {
             printErrors(result.errors, "error: ");

@@ -41,7 +41,7 @@ private:
 int check(CheckOptions const& options) {
     auto const start = std::chrono::steady_clock::now();
     PageFiles const pages = collectPageFiles(options.paths);
-    printErrors(pages.missing, "error: ");
+    printErrors(pages.missing, "error");
     LoadOptions const load{options.strict};
     Progress const progress(pages.files.size());
     std::size_t failed = 0;
@@ -55,10 +55,10 @@ int check(CheckOptions const& options) {
         else
             report.failures.push_back(readError);
         if (!report.warnings.empty() || !report.passed()) progress.clear();
-        printErrors(report.warnings, "warning: ");
+        printErrors(report.warnings, "warning");
         if (!report.passed()) {
             ++failed;
-            printErrors(report.failures, "FAIL ");
+            printErrors(report.failures, "error");
         }
         progress.step(i + 1);
     }

@@ -6,7 +6,7 @@
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageLookup.hpp>
 #include <refpage/TextTable.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 #include <string>
 #include <vector>
 
@@ -27,25 +27,25 @@ struct FindOptions {
 
 int find(FindOptions const& options) {
     PageFiles const pages = collectPageFiles(options.paths);
-    printErrors(pages.missing, "error: ");
+    printErrors(pages.missing, "error");
     bool bad = !pages.missing.empty();
-    std::u16string const wanted = toUtf16(options.name);
+    std::u16string const wanted = utf8::utf8to16(options.name);
     TextTable table({"Name", "Type", "Function", "Deprecated", "Purpose", "Link"}, 40);
     std::size_t matches = 0;
     for (auto const& file : pages.files) {
         LoadResult const result = loadPageFile(file, LoadOptions{options.strict});
-        printErrors(result.warnings, "warning: ");
+        printErrors(result.warnings, "warning");
         if (!result.ok()) {
-            printErrors(result.errors, "error: ");
+            printErrors(result.errors, "error");
             bad = true;
             continue;
         }
         RefItemLookup const lookup = makeLookup(nativePage(result.page.get()));
         if (lookup.getName().find(wanted) == std::u16string::npos) continue;
         ++matches;
-        table.addRow({toUtf8(lookup.getName()), RefEntityType::enumToString(lookup.getType()),
+        table.addRow({utf8::utf16to8(lookup.getName()), RefEntityType::enumToString(lookup.getType()),
                       FunctionType::enumToString(lookup.getFunctionType()), lookup.isDeprecated() ? "yes" : "no",
-                      toUtf8(lookup.getPurpose()), toUtf8(lookup.getHref())});
+                      utf8::utf16to8(lookup.getPurpose()), utf8::utf16to8(lookup.getHref())});
     }
     if (matches == 0)
         fmt::print("no page name contains \"{}\"\n", options.name);

@@ -19,9 +19,9 @@ struct JsonOptions {
 
 int json(JsonOptions const& options) {
     LoadResult const result = loadPageFile(options.file, LoadOptions{options.strict});
-    printErrors(result.warnings, "warning: ");
+    printErrors(result.warnings, "warning");
     if (!result.ok()) {
-        printErrors(result.errors, "error: ");
+        printErrors(result.errors, "error");
         return exitFailed;
     }
     fmt::print("{}\n", jsonText(pageToJson(result.page.get())));

@@ -29,8 +29,8 @@ PageFiles collectPageFiles(std::vector<std::string> const& paths) {
     return result;
 }
 
-void printErrors(PageErrors const& errors, char const* prefix) {
-    for (auto const& error : errors) fmt::print(stderr, "{}{}\n", prefix, error.describe());
+void printErrors(PageErrors const& errors, std::string_view severity) {
+    for (auto const& error : errors) fmt::print(stderr, "{}\n", error.describe(severity));
 }
 
 }  // namespace refpage

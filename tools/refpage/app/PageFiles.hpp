@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <refpage/PageError.hpp>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace refpage {
@@ -16,7 +17,7 @@ struct PageFiles {
 /// Files given stay as they are; folders are searched recursively for *.json.
 PageFiles collectPageFiles(std::vector<std::string> const& paths);
 
-/// Prints each error on stderr, one line each, prefixed by `prefix`.
-void printErrors(PageErrors const& errors, char const* prefix);
+/// Prints each error on stderr, one line each, as "file:line:column: severity: message [pointer]".
+void printErrors(PageErrors const& errors, std::string_view severity);
 
 }  // namespace refpage

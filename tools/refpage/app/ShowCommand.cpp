@@ -22,9 +22,9 @@ int show(ShowOptions const& options) {
     LoadOptions const load{options.strict};
     LoadResult const result = options.file.empty() ? loadPage(samplePage(), "<sample numpy.add.json>", load)
                                                    : loadPageFile(options.file, load);
-    printErrors(result.warnings, "warning: ");
+    printErrors(result.warnings, "warning");
     if (!result.ok()) {
-        printErrors(result.errors, "error: ");
+        printErrors(result.errors, "error");
         return exitFailed;
     }
     fmt::print("{}", renderPage(nativePage(result.page.get())));

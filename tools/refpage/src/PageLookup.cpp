@@ -3,7 +3,7 @@
 #include <reference/property/RecordProducer.hpp>
 #include <refpage/PageLookup.hpp>
 #include <refpage/TextTable.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 
 namespace refpage {
 
@@ -21,14 +21,14 @@ RefItemLookup makeLookup(RefItem const& page) {
 namespace {
 
 std::string utf8(std::u16string const& text) {
-    return toUtf8(text);
+    return utf8::utf16to8(text);
 }
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += toUtf8(value);
+        text += utf8::utf16to8(value);
     }
     return text;
 }

@@ -1,7 +1,7 @@
 #include <ovrin/array.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/PageWriter.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 
 namespace refpage {
 
@@ -22,7 +22,7 @@ Json enumerationJson(Numbers const& values) {
 Json stringArrayJson(oxArray_tag const* array) {
     Json list = Json::array();
     std::size_t const count = oxGetNumberOfElements(array);
-    for (std::size_t i = 0; i < count; ++i) list.push_back(toUtf8(oxGetStringElement(array, i)));
+    for (std::size_t i = 0; i < count; ++i) list.push_back(utf8::utf16to8(oxGetStringElement(array, i)));
     return list;
 }
 
@@ -34,7 +34,7 @@ Json recordToJson(ocos::COSInterface const& object, PropertyTable const& table) 
     for (auto const& entry : table.entries) {
         Json& slot = json[std::string(entry.word)];
         switch (entry.kind) {
-            case PropertyKind::String: slot = toUtf8(entry.strings().get(record)); break;
+            case PropertyKind::String: slot = utf8::utf16to8(entry.strings().get(record)); break;
             case PropertyKind::Bool: slot = entry.flag().get(record); break;
             case PropertyKind::Enumeration:
                 slot = enumerationJson(reference::glue::enumerationValues(entry.arrays().get(record)));
@@ -60,52 +60,6 @@ Json recordToJson(ocos::COSInterface const& object, PropertyTable const& table) 
 Json pageToJson(oxArray_tag const* page) {
     ocos::COSInterfacePtr const object = reference::glue::objectOf(page);
     return recordToJson(*object.get(), reference::glue::tableOf(*object.get()));
-}
-
-Json initialRecordJson(PropertyTable const& table) {
-    Json json = Json::object();
-    for (auto const& entry : table.entries) {
-        Json& slot = json[std::string(entry.word)];
-        switch (entry.kind) {
-            case PropertyKind::String: slot = ""; break;
-            case PropertyKind::Bool: slot = false; break;
-            case PropertyKind::Enumeration:
-                slot = entry.enumeration->keyToValue(entry.enumeration->defaultKey);
-                break;
-            case PropertyKind::StringList:
-            case PropertyKind::ObjectArray: slot = Json::array(); break;
-            case PropertyKind::Record: slot = initialRecordJson(entry.elementTable()); break;
-        }
-    }
-    return json;
-}
-
-Json documentToJson(PageNode const& node) {
-    Json json = initialRecordJson(*node.table);
-    for (Assignment const& assignment : node.assignments) {
-        Json& slot = json[std::string(assignment.entry->word)];
-        std::visit(
-            [&slot, &assignment](auto const& value) {
-                using Value = std::decay_t<decltype(value)>;
-                if constexpr (std::is_same_v<Value, std::u16string>) {
-                    slot = toUtf8(value);
-                } else if constexpr (std::is_same_v<Value, bool>) {
-                    slot = value;
-                } else if constexpr (std::is_same_v<Value, EnumerationValues>) {
-                    slot = enumerationJson(value);
-                } else if constexpr (std::is_same_v<Value, StringList>) {
-                    slot = Json::array();
-                    for (auto const& text : value) slot.push_back(toUtf8(text));
-                } else if (assignment.entry->kind == PropertyKind::Record) {
-                    slot = documentToJson(value.front());
-                } else {
-                    slot = Json::array();
-                    for (PageNode const& child : value) slot.push_back(documentToJson(child));
-                }
-            },
-            assignment.value);
-    }
-    return json;
 }
 
 std::string jsonText(Json const& json) {

@@ -124,11 +124,14 @@ TEST_F(PageFormat, StrictModeMakesWarningsErrorsAndLoadsNothing) {
 }
 
 TEST_F(PageFormat, WrittenPagesLoadBackToEqualPagesAndTheSameText) {
-    for (char const* name : {"good/minimal.json", "good/unicode.json"}) {
-        SCOPED_TRACE(name);
-        LoadResult const first = load(dataPage(name));
+    std::string const escapes = R"({"Purpose": "\"q\" \\ \b\f\n\r\t \u0001\u001f\u007f \u00e4",
+                                     "SyntaxGroups": [{"Syntaxes": ["a", "b"]}, {}]})";
+    for (std::string const& input : {dataPage("good/minimal.json"), dataPage("good/unicode.json"), escapes}) {
+        SCOPED_TRACE(input);
+        LoadResult const first = load(input);
         ASSERT_TRUE(first.ok());
         std::string const text = refpage::jsonText(written(first));
+        EXPECT_EQ(refpage::pageText(first.page.get()), text) << "written in the layout of the JSON library's own dump";
         LoadResult const second = load(text);
         ASSERT_TRUE(second.ok());
         EXPECT_TRUE(page(first) == page(second));

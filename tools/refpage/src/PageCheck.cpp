@@ -232,7 +232,7 @@ public:
         report_.comparisons.push_back(reloaded);
         LoadResult again;
         {
-            std::string written = jsonText(pageToJson(loaded.page.get()));
+            std::string written = pageText(loaded.page.get());
             ParsedPage reparsed = parsePage(written, source_);
             std::string().swap(written);
             again = buildPage(reparsed, source_);

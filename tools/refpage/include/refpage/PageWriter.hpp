@@ -1,18 +1,22 @@
-// Writing a page as canonical JSON: keys in table order, enumerations as numbers.
+// Writing a page as canonical JSON: every key in table order, one-space indent,
+// UTF-8 kept as is, enumerations as numbers.
 #pragma once
 
 #include <ovrin/ocos.hpp>
-#include <reference/glue/PropertyTable.hpp>
 #include <refpage/Json.hpp>
 #include <string>
 
 namespace refpage {
 
-/// Every property of a host object, read through its host getters.
-Json recordToJson(ocos::COSInterface const& object, reference::glue::PropertyTable const& table);
-/// The page held by a RefItem host object, read through the host getters.
+/// The page held by a RefItem host object, read through the host getters and written
+/// straight to text (no JSON value of the page is built). Throws utf8::exception for a
+/// text holding an unpaired surrogate.
+std::string pageText(oxArray_tag const* page);
+
+/// pageText parsed back, for callers that inspect the values.
 Json pageToJson(oxArray_tag const* page);
-/// The text the tool writes: one-space indent, UTF-8 kept as is.
+
+/// The text the tool writes for `json`: one-space indent, UTF-8 kept as is.
 std::string jsonText(Json const& json);
 
 }  // namespace refpage

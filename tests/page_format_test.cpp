@@ -50,8 +50,9 @@ TEST_F(PageFormat, MissingKeysKeepTheInitialValues) {
     EXPECT_EQ(item.getRefEntities()[0].getRefEntityType(), RefEntityType::Unknown);
     EXPECT_EQ(item.getRefEntities()[0].getFunctionType(), FunctionType::NA);
     Json const json = written(result);
-    EXPECT_EQ(json["DeprecationStatus"], 0);
-    EXPECT_EQ(json["RefEntities"][0]["FunctionType"], 6);
+    EXPECT_EQ(json["DeprecationStatus"], "current");
+    EXPECT_EQ(json["RefEntities"][0]["FunctionType"], "n/a");
+    EXPECT_EQ(json["RefEntities"][0]["RefEntityType"], 27) << "the member whose key is empty is written as its number";
     EXPECT_EQ(json["AppThumbnail"], (Json{{"FileRef", ""}, {"Alt", ""}}));
 }
 
@@ -91,7 +92,7 @@ TEST_F(PageFormat, KeysAndNumbersNameTheSameEnumerationValues) {
     EXPECT_TRUE(byKey.warnings.empty());
     EXPECT_TRUE(page(byKey) == page(byNumber));
     EXPECT_EQ(page(byKey).getSyntaxGroups()[0].getSyntaxType(), SyntaxType::Usage);
-    EXPECT_EQ(written(byNumber)["DeprecationStatus"], 2);
+    EXPECT_EQ(written(byNumber)["DeprecationStatus"], "warn") << "members are written by their keys";
 }
 
 TEST_F(PageFormat, NumbersThatNameNoMemberAreStoredAsGivenWithAWarning) {
@@ -111,8 +112,8 @@ TEST_F(PageFormat, KeysThatNameNoMemberStoreTheDefaultWithAWarning) {
     EXPECT_EQ(page(result).getRefEntities()[0].getRefEntityType(), RefEntityType::Unknown);
     ASSERT_EQ(result.warnings.size(), 1u);  // "n/a" is FunctionType's own default key
     EXPECT_EQ(result.warnings[0].describe("warning"),
-              "test.json:1:36: warning: \"Function\" names no member of RefEntityType; stored 27 (Unknown) "
-              "[/RefEntities/0/RefEntityType]");
+              "test.json:1:36: warning: \"Function\" names no member of RefEntityType; stored 27 (Unknown); did you "
+              "mean \"function\"? [/RefEntities/0/RefEntityType]");
 }
 
 TEST_F(PageFormat, StrictModeMakesWarningsErrorsAndLoadsNothing) {

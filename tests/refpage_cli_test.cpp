@@ -54,13 +54,13 @@ TEST(RefpageTool, ShowNamesEnumerationValuesByTheirDisplayText) {
     EXPECT_TRUE(contains(run.output, "[CreateObject]"));
 }
 
-TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationsAsNumbers) {
+TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationMembersAsKeys) {
     ToolRun const run = refpage("json " + data("good/minimal.json"));
     ASSERT_EQ(run.status, 0) << run.output;
     refpage::Json const page = refpage::Json::parse(run.output);
     EXPECT_EQ(page.size(), 15u);
-    EXPECT_EQ(page["RefEntities"][0]["RefEntityType"], 0);
-    EXPECT_EQ(page["DeprecationStatus"], 0);
+    EXPECT_EQ(page["RefEntities"][0]["RefEntityType"], "function");
+    EXPECT_EQ(page["DeprecationStatus"], "current");
     EXPECT_EQ(page.begin().key(), "Href");
 }
 

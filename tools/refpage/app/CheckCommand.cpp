@@ -51,7 +51,7 @@ int check(CheckOptions const& options) {
         PageError readError;
         CheckReport report;
         if (readTextFile(file, text, readError))
-            report = checkPage(text, file.string(), load);
+            report = checkOwnedPage(std::move(text), file.string(), load);
         else
             report.failures.push_back(readError);
         if (!report.warnings.empty() || !report.passed()) progress.clear();

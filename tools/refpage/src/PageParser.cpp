@@ -530,8 +530,12 @@ private:
         std::uint32_t const value = info.keyToValue(key);
         enumerationSlot(start)->back() = value;
         if (info.namesMember(key)) return;
-        warning(start, fmt::format("{} names no member of {}; stored {} ({})", refpage::quoted(key), info.className, value,
-                                   info.displayText(value)));
+        std::string message = fmt::format("{} names no member of {}; stored {} ({})", refpage::quoted(key),
+                                          info.className, value, info.displayText(value));
+        std::vector<std::string_view> keys;
+        for (auto const& member : info.members) keys.push_back(member.key);
+        if (auto const nearest = nearestWord(key, keys)) message += fmt::format("; did you mean {}?", refpage::quoted(*nearest));
+        warning(start, std::move(message));
     }
 
     void enumerationNumber(std::size_t start, std::uint32_t value) {

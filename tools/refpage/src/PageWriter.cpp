@@ -4,6 +4,8 @@
 #include <ovrin/array.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/PageWriter.hpp>
+#include <algorithm>
+#include <optional>
 #include <span>
 
 namespace refpage {
@@ -82,6 +84,12 @@ private:
         out_ += '"';
     }
 
+    void text(std::string_view utf8) {
+        out_ += '"';
+        std::copy(utf8.begin(), utf8.end(), EscapingAppender(out_));
+        out_ += '"';
+    }
+
     /// "[]" for none, else one element a line.
     template <class Element>
     void array(std::size_t count, std::size_t level, Element element) {
@@ -106,11 +114,18 @@ private:
             case PropertyKind::Enumeration: {
                 std::span<std::uint32_t const> const values =
                     reference::glue::enumerationValues(entry.arrays().get(record));
+                auto const write = [this, &entry](std::uint32_t number) {
+                    std::optional<std::string_view> const key = entry.enumeration->keyOf(number);
+                    if (key && !key->empty())
+                        text(*key);
+                    else
+                        out_ += fmt::format("{}", number);
+                };
                 if (values.size() == 1) {
-                    out_ += fmt::format("{}", values[0]);
+                    write(values[0]);
                     return;
                 }
-                array(values.size(), level, [&](std::size_t i) { out_ += fmt::format("{}", values[i]); });
+                array(values.size(), level, [&](std::size_t i) { write(values[i]); });
                 return;
             }
             case PropertyKind::StringList: {

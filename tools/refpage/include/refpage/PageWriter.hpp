@@ -1,5 +1,6 @@
 // Writing a page as canonical JSON: every key in table order, one-space indent,
-// UTF-8 kept as is, enumerations as numbers.
+// UTF-8 kept as is, enumeration members by their keys ("usage") and numbers that
+// name no member (or a member whose key is empty) as numbers.
 #pragma once
 
 #include <ovrin/ocos.hpp>

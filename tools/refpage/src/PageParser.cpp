@@ -481,7 +481,7 @@ private:
     void openRecord(std::size_t start, PageNode& node) {
         Frame frame{FrameKind::Record, start};
         frame.node = &node;
-        node.assignments.reserve(node.table->entries.size() / 2);
+        node.assignments.reserve(node.table->entries.size());
         frames_.push_back(std::move(frame));
     }
 
@@ -560,6 +560,9 @@ private:
             message += ' ';
             message += excerpt(raw);
         }
+        if (frame.kind == FrameKind::Record && frame.node->assignments.size() < frame.node->assignments.capacity())
+            frame.node->assignments.shrink_to_fit();
+        if (frame.kind == FrameKind::Records) std::get<NodeList>(*frame.list).shrink_to_fit();
         frames_.pop_back();
         if (frames_.empty()) endOfValue_ = taken_;
         return endValue();

@@ -54,7 +54,12 @@ private:
 /// Writes records in the layout of nlohmann's dump with a one-space indent.
 class PageTextWriter {
 public:
-    std::string take() { return std::move(out_); }
+    explicit PageTextWriter(std::size_t sizeHint) { out_.reserve(sizeHint); }
+    /// The text, its spare capacity released when that is more than a quarter.
+    std::string take() {
+        if (out_.capacity() - out_.size() > out_.size() / 4) out_.shrink_to_fit();
+        return std::move(out_);
+    }
 
     void record(void const* record, PropertyTable const& table, std::size_t level) {
         out_ += '{';
@@ -153,16 +158,16 @@ private:
 
 }  // namespace
 
-std::string pageText(oxArray_tag const* page) {
+std::string pageText(oxArray_tag const* page, std::size_t sizeHint) {
     ocos::COSInterfacePtr const object = reference::glue::objectOf(page);
     PropertyTable const& table = reference::glue::tableOf(*object.get());
-    PageTextWriter writer;
+    PageTextWriter writer(sizeHint);
     writer.record(reference::glue::recordOf(*object.get(), table), table, 0);
     return writer.take();
 }
 
 Json pageToJson(oxArray_tag const* page) {
-    return Json::parse(pageText(page));
+    return Json::parse(pageText(page, 0));
 }
 
 std::string jsonText(Json const& json) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <ovrin/ocos.hpp>
+#include <cstddef>
 #include <refpage/Json.hpp>
 #include <string>
 
@@ -11,8 +12,9 @@ namespace refpage {
 
 /// The page held by a RefItem host object, read through the host getters and written
 /// straight to text (no JSON value of the page is built). Throws utf8::exception for a
-/// text holding an unpaired surrogate.
-std::string pageText(oxArray_tag const* page);
+/// text holding an unpaired surrogate. `sizeHint` is reserved first (say, the size of the
+/// text the page was loaded from), so that a page about that size is written without regrowing.
+std::string pageText(oxArray_tag const* page, std::size_t sizeHint = 0);
 
 /// pageText parsed back, for callers that inspect the values.
 Json pageToJson(oxArray_tag const* page);

@@ -163,6 +163,7 @@ TEST_F(PageErrors, MalformedJsonIsReportedByLineAndColumn) {
     EXPECT_EQ(error.line, 2u);
     EXPECT_EQ(error.column, 14u);
     EXPECT_EQ(error.describe().rfind("bad.json:2:14: error: malformed JSON: syntax error", 0), 0u) << error.describe();
+    EXPECT_EQ(onlyError(R"({"Href": 8888e888})").column, 10u) << "a number out of range points at its start";
 }
 
 TEST_F(PageErrors, EveryErrorNamesItsLineColumnAndPointer) {

@@ -11,6 +11,7 @@
 #include <refpage/PageParser.hpp>
 #include <refpage/TextEscape.hpp>
 #include <string>
+#include <type_traits>
 #include <unordered_set>
 #include <vector>
 
@@ -382,7 +383,9 @@ public:
 
     template <class Exception>
     bool parse_error(std::size_t position, std::string const& /*token*/, Exception const& exception) {
-        std::size_t const offset = position == 0 ? 0 : position - 1;
+        // A number out of a double's range is refused after it was read: point at its start.
+        std::size_t offset = position == 0 ? 0 : position - 1;
+        if constexpr (std::is_same_v<Exception, nlohmann::detail::out_of_range>) offset = tokenStart() - base_;
         bool const atNul = taken_ > 0 && taken_ <= text_.size() && text_[taken_ - 1] == '\0';
         malformedAt(base_ + offset, atNul ? "malformed JSON: a NUL byte in the text"
                                           : "malformed JSON: " + parseReason(exception.what()));

@@ -226,8 +226,8 @@ TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {
 
 TEST(RefpageTool, AClosedPipeIsAnErrorWhenSigpipeIsIgnoredAndAQuietDeathOtherwise) {
     std::string const show = std::string(REFPAGE_BINARY) + " show";
-    ToolRun const ignored =
-        testvalues::runShell("bash -c 'trap \"\" PIPE; { sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1");
+    ToolRun const ignored = testvalues::runShell("bash -c 'trap \"\" PIPE; { sleep 0.3; " + show +
+                                                 "; echo \"status $?\" >&2; } | true' 2>&1");
     EXPECT_EQ(ignored.output, "refpage: cannot write the output: Broken pipe\nstatus 1\n");
     ToolRun const killed =
         testvalues::runShell("bash -c '{ sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1");

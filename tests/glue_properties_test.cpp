@@ -2,8 +2,10 @@
 // its own getter/setter pair by name, and misuse is refused.
 #include "support/GlueValues.hpp"
 #include "support/HostTest.hpp"
+#include "support/Vocabularies.hpp"
 
 #include <reference/glue/Properties.hpp>
+#include <reference/property/AppThumbnail.hpp>
 #include <reference/property/DeprecationStatus.hpp>
 #include <reference/property/RefEntityType.hpp>
 #include <reference/property/RefItem.hpp>
@@ -130,6 +132,51 @@ TEST_F(PropertyTables, EnumerationMembersAreTheKeysAndNumbersOfTheClass) {
     EXPECT_FALSE(entity.namesMember("functions"));
     EXPECT_TRUE(entity.hasMember(27));
     EXPECT_FALSE(entity.hasMember(28));
+}
+
+/// A host object of a class the glue has no table for is refused by its class, not read through another table.
+TEST_F(PropertyTables, AnObjectOfAClassWithNoTableIsRefused) {
+    std::string const name = "ovrin.internal.reference.property.Unlisted";
+    ocos::ClassDefinition unlisted;
+    unlisted.qualifiedName = name;
+    unlisted.nativeType = &typeid(reference::property::AppThumbnail);
+    unlisted.dispose = tableOf<reference::property::AppThumbnail>().dispose;
+    unlisted.makeDefault = tableOf<reference::property::AppThumbnail>().makeDefault;
+    ocos::COSClass::define(std::move(unlisted));
+    HostArrayPtr const object(
+        omConstructObjectWithClient(ocos::internal::makeInterned(name), 0, nullptr, COSGetPublicClient()), false);
+    ocos::COSInterface const& record = *objectOf(object.get()).get();
+    EXPECT_THROW(tableOf(record), std::invalid_argument);
+    EXPECT_THROW(getProperty(record, "FileRef"), std::invalid_argument);
+    EXPECT_THROW(setProperty(record, "FileRef", std::u16string(u"x")), std::invalid_argument);
+}
+
+/// The member view, keyOf and the library's two conversions agree with the tests' own table of each vocabulary.
+TEST_F(PropertyTables, EnumerationMemberViewsMatchEachVocabulary) {
+    std::vector<std::string_view> seen;
+    for (EnumerationInfo const* info : allEnumerations()) seen.push_back(info->className);
+    EXPECT_EQ(seen, (std::vector<std::string_view>{"DeprecationStatus", "FunctionType", "RefEntityType", "SyntaxType"}));
+    testvalues::forEachVocabulary([](auto type) {
+        using Enum = typename decltype(type)::type;
+        using Vocabulary = testvalues::Vocabulary<Enum>;
+        EnumerationInfo const& info = enumerationInfo<Enum>();
+        SCOPED_TRACE(std::string(info.className));
+        ASSERT_EQ(info.members.size(), std::size(Vocabulary::members));
+        EXPECT_EQ(info.memberCount, info.members.size());
+        for (std::uint32_t number = 0; number < info.memberCount; ++number) {
+            EnumerationMember const& member = info.members[number];
+            EXPECT_EQ(member.value, number);
+            EXPECT_EQ(member.key, Vocabulary::members[number].key);
+            EXPECT_EQ(member.displayText, Vocabulary::members[number].display);
+            EXPECT_EQ(info.keyOf(number), member.key);
+            EXPECT_EQ(info.keyToValue(member.key), number);
+            EXPECT_EQ(info.displayText(number), member.displayText);
+        }
+        EXPECT_EQ(info.defaultKey, Vocabulary::members[Vocabulary::defaultValue].key);
+        EXPECT_EQ(info.keyOf(info.memberCount), std::nullopt);
+        EXPECT_EQ(info.keyOf(0xFFFFFFFFu), std::nullopt);
+    });
+    EXPECT_EQ(enumerationInfo<reference::property::RefEntityType>().keyOf(27), std::optional<std::string_view>(""));
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ int json(JsonOptions const& options) {
         printErrors(result.errors, "error");
         return exitFailed;
     }
-    fmt::print("{}\n", jsonText(pageToJson(result.page.get())));
+    fmt::print("{}\n", pageText(result.page.get()));
     return exitOk;
 }
 

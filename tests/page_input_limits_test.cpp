@@ -4,10 +4,16 @@
 // proportional to the text.
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <reference/property/RefItem.hpp>
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageParser.hpp>
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -135,6 +141,33 @@ TEST_F(InputLimits, ControlCharactersAreKeptInTextsAndEscapedInMessages) {
     PageError const raw = onlyError("{\"Purpose\": \"a\x1b b\"}");
     EXPECT_NE(raw.message.find("control character"), std::string::npos) << raw.message;
     EXPECT_EQ(raw.describe().find('\x1b'), std::string::npos);
+}
+
+TEST(InputLimitsThroughTheTool, EveryHostilePageOfAFolderIsReportedAndTheRunEndsWithOne) {
+    namespace fs = std::filesystem;
+    fs::path const folder = fs::temp_directory_path() / ("refpage_hostile_" + std::to_string(::getpid()));
+    fs::create_directories(folder);
+    auto const write = [&folder](std::string const& name, std::string const& text) {
+        std::ofstream(folder / name, std::ios::binary) << text;
+    };
+    write("deep.json", R"({"Href":)" + nested(48000) + "}");
+    write("nul.json", "{}\0junk"s);
+    write("utf16.json", "\xFF\xFE{\0}\0"s);
+    write("good.json", R"({"Purpose": "\u001b]0;pwned\u0007"})");
+    std::string const command = std::string(REFPAGE_BINARY) + " check " + folder.string() + " 2>&1";
+    FILE* const pipe = popen(command.c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string output;
+    char buffer[4096];
+    while (std::size_t const read = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, read);
+    int const status = pclose(pipe);
+    fs::remove_all(folder);
+    ASSERT_TRUE(WIFEXITED(status)) << "ended by a signal: " << output;
+    EXPECT_EQ(WEXITSTATUS(status), 1) << output;
+    EXPECT_NE(output.find("deep.json:1:72: error: nesting deeper than 64 levels [/Href]"), std::string::npos) << output;
+    EXPECT_NE(output.find("nul.json:1:3: error: malformed JSON: a NUL byte after the page's value"), std::string::npos);
+    EXPECT_NE(output.find("utf16.json:1:1: error: file is UTF-16 (little-endian), pages must be UTF-8"), std::string::npos);
+    EXPECT_NE(output.find("4 pages, 3 failed"), std::string::npos) << output;
 }
 
 }  // namespace

@@ -2,9 +2,10 @@
 // text after the page, foreign encodings and control characters. Each gets a
 // clear error with its position (or loads, where legal), in time and memory
 // proportional to the text.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
-
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -12,9 +13,6 @@
 #include <reference/property/RefItem.hpp>
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageParser.hpp>
-#include <fmt/format.h>
-#include <unistd.h>
-
 #include <string>
 
 #include "support/HostTest.hpp"

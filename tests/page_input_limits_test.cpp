@@ -81,6 +81,16 @@ TEST_F(InputLimits, HundredsOfThousandsOfKeysInOneObjectGiveACappedListOfErrors)
     EXPECT_EQ(duplicates.errors.back().message, "299899 more not listed");
 }
 
+TEST_F(InputLimits, WarningsAreCappedLikeErrors) {
+    std::string text = R"({"RefEntities": [)";
+    for (int i = 0; i < 150; ++i) text += (i == 0 ? "" : ",") + R"({"RefEntityType": "functon"})"s;
+    LoadResult const result = load(text + "]}");
+    ASSERT_TRUE(result.ok());
+    ASSERT_EQ(result.warnings.size(), refpage::maxReported + 1);
+    EXPECT_EQ(result.warnings[99].path, "/RefEntities/99/RefEntityType");
+    EXPECT_EQ(result.warnings.back().message, "50 more not listed");
+}
+
 TEST_F(InputLimits, ManyElementsAndLongTextsLoad) {
     std::string text = R"({"RefEntities": [)";
     for (int i = 0; i < 100000; ++i) text += (i == 0 ? "" : ",") + R"({"Name": "e"})"s;

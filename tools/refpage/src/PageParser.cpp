@@ -461,6 +461,7 @@ private:
         std::uint32_t const value = info.keyToValue(key);
         enumerationSlot(start)->back() = value;
         if (info.namesMember(key)) return;
+        if (warnings_.full()) return warning(start, {});
         std::string message = fmt::format("{} names no member of {}; stored {} ({})", refpage::quoted(key),
                                           info.className, value, info.displayText(value));
         std::vector<std::string_view> keys;
@@ -517,7 +518,10 @@ private:
                                     : errors_.add(source_, pointer(), std::move(message), offset);
     }
     void warning(std::size_t offset, std::string message) {
-        warnings_.add(source_, pointer(), std::move(message), offset);
+        if (warnings_.full())
+            warnings_.add(source_, {}, {}, offset);
+        else
+            warnings_.add(source_, pointer(), std::move(message), offset);
     }
 
     std::string_view text_;  ///< the text the lexer reads (after a byte order mark)

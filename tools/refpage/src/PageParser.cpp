@@ -84,7 +84,7 @@ struct Frame {
 
     FrameKind kind;
     std::size_t start;                     ///< offset of its "{" or "["
-    PropertyEntry const* entry = nullptr;  ///< Records, Strings, Enumerations: the property filled; Record: the value's key
+    PropertyEntry const* entry = nullptr;  ///< Records, Strings, Enumerations: the property filled; Record: the last key's
     PageNode* node = nullptr;              ///< Record: the record filled
     NodeValue* list = nullptr;             ///< Records, Strings, Enumerations: the list filled
     std::size_t elements = 0;              ///< arrays: elements so far
@@ -466,7 +466,8 @@ private:
                                           info.className, value, info.displayText(value));
         std::vector<std::string_view> keys;
         for (auto const& member : info.members) keys.push_back(member.key);
-        if (auto const nearest = nearestWord(key, keys)) message += fmt::format("; did you mean {}?", refpage::quoted(*nearest));
+        if (auto const nearest = nearestWord(key, keys))
+            message += fmt::format("; did you mean {}?", refpage::quoted(*nearest));
         warning(start, std::move(message));
     }
 

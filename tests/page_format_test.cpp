@@ -127,7 +127,7 @@ TEST_F(PageFormat, StrictModeMakesWarningsErrorsAndLoadsNothing) {
 TEST_F(PageFormat, WrittenPagesLoadBackToEqualPagesAndTheSameText) {
     std::string const escapes = R"({"Purpose": "\"q\" \\ \b\f\n\r\t \u0001\u001f\u007f \u00e4",
                                      "SyntaxGroups": [{"Syntaxes": ["a", "b"]}, {}]})";
-    for (std::string const& input : {dataPage("good/minimal.json"), dataPage("good/unicode.json"), escapes}) {
+    for (std::string const& input : {dataPage("good/full.json"), dataPage("good/minimal.json"), dataPage("good/unicode.json"), escapes}) {
         SCOPED_TRACE(input);
         LoadResult const first = load(input);
         ASSERT_TRUE(first.ok());

@@ -1,0 +1,13 @@
+// Messages about pages on standard error, one line each, safe for a terminal.
+#pragma once
+
+#include <refpage/PageError.hpp>
+#include <string_view>
+
+namespace refpage {
+
+/// Prints each error on stderr as "file:line:column: severity: message [pointer]", on one
+/// line: control characters from file names or page text (line feeds and tabs included) are escaped.
+void printErrors(PageErrors const& errors, std::string_view severity);
+
+}  // namespace refpage

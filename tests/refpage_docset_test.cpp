@@ -1,0 +1,158 @@
+// A doc set as a whole: where links lead, what the cross-page check finds, and
+// loading on several threads giving what one thread gives.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include <refpage/DocSet.hpp>
+#include <refpage/ParallelLoad.hpp>
+#include <string>
+#include <vector>
+
+#include "support/HostTest.hpp"
+
+namespace {
+
+using refpage::DocSetIssue;
+using refpage::LinkTarget;
+using refpage::PageInput;
+
+/// A page "<name>.json" at Href "ref/<name>.html" with the given extra keys (JSON members), and
+/// unless they give RefEntities, one function "pkg.<name>".
+PageInput page(std::string const& name, std::string const& extra = {}) {
+    std::string const entities =
+        extra.find("RefEntities") == std::string::npos
+            ? fmt::format(R"(, "RefEntities": [{{"Name": "pkg.{}", "RefEntityType": "function"}}])", name)
+            : "";
+    return {name + ".json", fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities,
+                                        extra.empty() ? "" : ", " + extra)};
+}
+
+class DocSetTest : public HostTest {
+protected:
+    refpage::DocSet load(std::vector<PageInput> inputs) {
+        inputs_ = std::move(inputs);
+        results_ = refpage::loadPages(inputs_, 1, {});
+        for (auto const& result : results_) EXPECT_TRUE(result.ok()) << result.errors.front().describe();
+        return refpage::DocSet(refpage::docSetPages(inputs_, results_));
+    }
+    void TearDown() override {
+        results_.clear();
+        HostTest::TearDown();
+    }
+
+    /// "file: pointer: message" of every finding.
+    static std::vector<std::string> described(refpage::DocSetReport const& report) {
+        std::vector<std::string> lines;
+        for (auto const& finding : report.findings) lines.push_back(finding.where.describe());
+        return lines;
+    }
+
+private:
+    std::vector<PageInput> inputs_;
+    std::vector<refpage::LoadResult> results_;
+};
+
+TEST_F(DocSetTest, ResolveTellsPagesFromFragmentsExternalLinksAndMisses) {
+    auto const set = load({page("a"), page("b")});
+    auto const b = set.resolve("ref/b.html#pkg.b-x");
+    EXPECT_EQ(b.kind, LinkTarget::Kind::Page);
+    EXPECT_EQ(b.page, 1u);
+    EXPECT_EQ(b.fragment, "pkg.b-x");
+    EXPECT_EQ(set.resolve("./ref/a.html").kind, LinkTarget::Kind::Page);
+    EXPECT_EQ(set.resolve("#pkg.a-x").kind, LinkTarget::Kind::SamePage);
+    EXPECT_EQ(set.resolve("").kind, LinkTarget::Kind::Empty);
+    for (char const* external : {"https://example.org/ref/x.html", "mailto:a@b.c", "//host/x", "/ref/x.html"})
+        EXPECT_EQ(set.resolve(external).kind, LinkTarget::Kind::External) << external;
+    EXPECT_EQ(set.resolve("ref/c.html#pkg.b").kind, LinkTarget::Kind::Unresolved);
+    EXPECT_EQ(set.resolve("ref/B.html").kind, LinkTarget::Kind::Unresolved) << "Hrefs match case-sensitively";
+}
+
+TEST_F(DocSetTest, ALinkedSetWithExternalLinksAndFragmentsIsClean) {
+    auto const set = load({
+        page("a", R"("SeeAlso": [{"Name": "b", "Url": "ref/b.html#anything"}, {"Name": "web", "Url": "https://x.org/y"}],
+                    "Examples": [{"Url": "ref/a.html#example-1"}],
+                    "InputGroups": [{"Inputs": [{"Name": "x", "Href": "#pkg.a-x"}]}])"),
+        page("b", R"("Outputs": [{"Name": "y", "Href": ""}])"),
+    });
+    EXPECT_TRUE(set.check().findings.empty());
+}
+
+TEST_F(DocSetTest, EveryKindOfLinkThatLeadsNowhereIsReportedAtItsPointer) {
+    auto const set = load({page("a", R"(
+        "InputGroups": [{"Inputs": [{"Name": "x", "Href": "ref/gone.html#x"}]}],
+        "Outputs": [{"Name": "y", "Href": "ref/gone.html"}],
+        "ClassPropertyGroups": [{"Properties": [{"Name": "p", "Href": "ref/gone.html"}]}],
+        "SeeAlso": [{"Name": "gone", "Url": "ref/gone.html"}],
+        "Examples": [{"Url": "ref/gone.html#example-1"}],
+        "Parameters": [{"Name": "q", "Href": "ref/gone\u001b.html"}])")});
+    auto const report = set.check();
+    EXPECT_EQ(described(report), (std::vector<std::string>{
+                                     R"(a.json: /InputGroups/0/Inputs/0/Href: link "ref/gone.html#x" leads to no page of the set)",
+                                     R"(a.json: /Outputs/0/Href: link "ref/gone.html" leads to no page of the set)",
+                                     R"(a.json: /ClassPropertyGroups/0/Properties/0/Href: link "ref/gone.html" leads to no page of the set)",
+                                     R"(a.json: /SeeAlso/0/Url: link "ref/gone.html" leads to no page of the set)",
+                                     R"(a.json: /Examples/0/Url: link "ref/gone.html#example-1" leads to no page of the set)",
+                                     R"(a.json: /Parameters/0/Href: link "ref/gone\x1b.html" leads to no page of the set)",
+                                 }));
+    EXPECT_EQ(report.count(DocSetIssue::UnresolvedLink), 6u);
+}
+
+TEST_F(DocSetTest, APageReusingAnHrefIsReportedAndLinksLeadToTheFirst) {
+    auto second = page("a");
+    second.source = "copy.json";
+    auto const set = load({page("a"), page("b", R"("SeeAlso": [{"Url": "ref/a.html"}])"), second});
+    EXPECT_EQ(set.resolve("ref/a.html").page, 0u);
+    EXPECT_EQ(described(set.check()),
+              (std::vector<std::string>{
+                  R"(copy.json: /Href: Href "ref/a.html" is also the Href of "a.json")",
+                  R"(copy.json: /RefEntities/0/Name: entity name "pkg.a" is also documented by "a.json" (/RefEntities/0))",
+              }));
+}
+
+TEST_F(DocSetTest, ANameOnTwoPagesOrTwiceWithOneTypeIsADuplicateButAClassAndItsConstructorAreNot) {
+    auto const set = load({
+        page("a", R"("RefEntities": [{"Name": "pkg.A", "RefEntityType": "class"}, {"Name": "pkg.A", "RefEntityType": "constructor"}])"),
+        page("b", R"("RefEntities": [{"Name": "pkg.f", "RefEntityType": "function"}, {"Name": "pkg.f", "RefEntityType": "function"}])"),
+        page("c", R"("RefEntities": [{"Name": "pkg.A", "RefEntityType": "function"}])"),
+    });
+    auto const report = set.check();
+    EXPECT_EQ(described(report),
+              (std::vector<std::string>{
+                  R"(b.json: /RefEntities/1/Name: entity name "pkg.f" is also documented by /RefEntities/0 of this page)",
+                  R"(c.json: /RefEntities/0/Name: entity name "pkg.A" is also documented by "a.json" (/RefEntities/0))",
+              }));
+    EXPECT_EQ(report.count(DocSetIssue::DuplicateName), 2u);
+    EXPECT_EQ(refpage::issueLabel(DocSetIssue::DuplicateName, 2), "duplicate names");
+}
+
+TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
+    std::vector<PageInput> inputs;
+    for (int i = 0; i < 60; ++i)
+        inputs.push_back(i % 7 == 3 ? PageInput{fmt::format("bad{}.json", i), "{\"Href\": 1}"}
+                                    : page(fmt::format("p{}", i), R"("SeeAlso": [{"Url": "ref/p1.html"}])"));
+    inputs.push_back({"missing-file-for-the-loader.json", std::nullopt});
+    auto const one = refpage::loadPages(inputs, 1, {});
+    auto const four = refpage::loadPages(inputs, 4, {});
+    ASSERT_EQ(four.size(), inputs.size());
+    for (std::size_t i = 0; i < inputs.size(); ++i) {
+        ASSERT_EQ(one[i].ok(), four[i].ok()) << i;
+        if (one[i].ok()) {
+            EXPECT_TRUE(refpage::nativePage(one[i].page.get()) == refpage::nativePage(four[i].page.get())) << i;
+        } else {
+            EXPECT_EQ(one[i].errors.front().describe(), four[i].errors.front().describe());
+            EXPECT_EQ(four[i].errors.front().source, inputs[i].source);
+        }
+    }
+}
+
+TEST(ParallelLoad, ForEachIndexVisitsEveryIndexOnceAndRethrowsTheFirstFailure) {
+    std::vector<int> visits(1000, 0);
+    refpage::forEachIndex(visits.size(), 4, [&](std::size_t i) { ++visits[i]; });
+    EXPECT_EQ(std::count(visits.begin(), visits.end(), 1), 1000);
+    EXPECT_THROW(refpage::forEachIndex(10, 3, [](std::size_t i) {
+                     if (i == 5) throw std::runtime_error("five");
+                 }),
+                 std::runtime_error);
+}
+
+}  // namespace

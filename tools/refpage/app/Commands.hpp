@@ -23,5 +23,6 @@ Command addShowCommand(CLI::App& app);
 Command addJsonCommand(CLI::App& app);
 Command addCheckCommand(CLI::App& app);
 Command addFindCommand(CLI::App& app);
+Command addIndexCommand(CLI::App& app);
 
 }  // namespace refpage

@@ -7,6 +7,13 @@
 
 namespace refpage {
 
+std::vector<PageInput> fileInputs(std::span<std::filesystem::path const> files) {
+    std::vector<PageInput> inputs;
+    inputs.reserve(files.size());
+    for (auto const& file : files) inputs.push_back({file.string(), std::nullopt});
+    return inputs;
+}
+
 unsigned threadCount(unsigned jobs) noexcept {
     if (jobs != 0) return jobs;
     return std::max(1U, std::thread::hardware_concurrency());

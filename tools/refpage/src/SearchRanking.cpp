@@ -84,7 +84,7 @@ std::string rankingSql(bool withFullText) {
         "SELECT l.id, l.name, l.entity_type, l.function_type, l.purpose, l.deprecated, l.href, l.page_file, "
         "m.tier, m.score\n"
         "FROM (SELECT id, MIN(tier) AS tier, score FROM hits GROUP BY id) AS m JOIN lookup AS l ON l.id = m.id\n"
-        "ORDER BY m.tier, m.score, l.deprecated, l.name, l.id\nLIMIT ?3",
+        "ORDER BY m.tier, m.score, l.deprecated, length(l.name), l.name, l.id\nLIMIT ?3",
         tiers);
 }
 
@@ -94,7 +94,7 @@ nlohmann::json rankingDescription() {
     return {{"tiers", tiers},
             {"bm25", {{"k1", Bm25::k1}, {"b", Bm25::b}, {"weights", Bm25::weights}}},
             {"tokenizer", fullTextTokenizer},
-            {"order", {"tier", "score", "deprecated", "name", "index"}}};
+            {"order", {"tier", "score", "deprecated", "nameLength", "name", "index"}}};
 }
 
 }  // namespace refpage

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <refpage/DocSet.hpp>
@@ -18,6 +19,9 @@ struct PageInput {
     std::string source;               ///< the file to read, or the name diagnostics give the text
     std::optional<std::string> text;  ///< the page's text; absent: read `source`
 };
+
+/// One input per file, read when loaded.
+std::vector<PageInput> fileInputs(std::span<std::filesystem::path const> files);
 
 /// The number of threads `jobs` asks for: itself when nonzero, else the number of cores (at least 1).
 unsigned threadCount(unsigned jobs) noexcept;

@@ -1,7 +1,7 @@
 // The one ranking of lookups, shared by `find` (as SQL over the lookup index) and
 // the site's search script (as data it reads): hits rank by tier, then within the
-// full-text tier by BM25, then current before deprecated, then by name (UTF-8 bytes,
-// that is code points), then by index order.
+// full-text tier by BM25, then current before deprecated, then shorter names (in
+// characters) first, then by name (UTF-8 bytes, that is code points), then by index order.
 #pragma once
 
 #include <array>

@@ -4,7 +4,15 @@
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
 #include <filesystem>
+#include <fstream>
+#include <random>
+#include <refpage/Json.hpp>
 #include <refpage/LookupIndex.hpp>
 #include <refpage/ParallelLoad.hpp>
 #include <string>
@@ -163,6 +171,131 @@ TEST(DashEntryType, EveryEntityTypeHasADocsetTypeAndUnknownNumbersAreEntries) {
     EXPECT_EQ(refpage::dashEntryType(static_cast<T::Value>(4000)), "Entry");
     for (std::uint32_t v = 0; v < T::Unknown; ++v)
         EXPECT_NE(refpage::dashEntryType(static_cast<T::Value>(v)), "Entry") << v;
+}
+
+}  // namespace
+
+// ---- the tool: index and find as a user runs them, and the site's script ranking alike ----
+
+namespace {
+
+struct ToolRun {
+    int status = -1;
+    std::string output;  ///< stdout only
+};
+
+/// Runs `command` through the shell; stderr goes to the test's log.
+ToolRun run(std::string const& command) {
+    ToolRun result;
+    FILE* const pipe = popen(command.c_str(), "r");
+    if (pipe == nullptr) return result;
+    std::array<char, 4096> buffer{};
+    std::size_t count = 0;
+    while ((count = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) result.output.append(buffer.data(), count);
+    int const status = pclose(pipe);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+std::string shellQuoted(std::string const& text) {
+    std::string quotedText = "'";
+    for (char const c : text) quotedText += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quotedText + "'";
+}
+
+std::vector<std::string> lines(std::string const& text) {
+    std::vector<std::string> result;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+        result.push_back(text.substr(start, end - start));
+    return result;
+}
+
+/// A generated doc set of 80 pages in a fresh folder: names and purposes drawn from a small
+/// vocabulary (some non-ASCII), every fifth page deprecated, every seventh a class with its constructor.
+class GeneratedSetTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = fs::path(::testing::TempDir()) / fmt::format("lookup-set-{}", ::getpid());
+        fs::remove_all(folder_);
+        fs::create_directories(folder_ / "pages");
+        std::vector<std::string> const vocabulary{"sort", "array", "copy", "Größe", "axis", "index", "mask",
+                                                  "sorted", "values", "ÄRGER", "fill", "order", "mean", "table"};
+        std::vector<std::string> const modules{"pkg", "pkg.ma", "pkg.linalg", "pkg.ndarray"};
+        std::mt19937 random(13);
+        auto const pick = [&](std::vector<std::string> const& from) { return from[random() % from.size()]; };
+        for (int i = 0; i < 80; ++i) {
+            std::string const name = fmt::format("{}.{}{}", pick(modules), pick({"sort", "copy", "mean", "arg", "fill"}),
+                                                 i % 3 == 0 ? "" : pick({"", "_values", "sort", "x"}));
+            std::string purpose;
+            for (std::size_t w = 0, count = 2 + random() % 9; w < count; ++w) purpose += pick(vocabulary) + " ";
+            std::string const entities =
+                i % 7 == 0 ? fmt::format(R"({{"Name": "{0}", "RefEntityType": "class"}}, {{"Name": "{0}", "RefEntityType": "constructor"}})", name)
+                           : fmt::format(R"({{"Name": "{}", "RefEntityType": "function"}})", name);
+            std::ofstream(folder_ / "pages" / fmt::format("p{:02}.json", i))
+                << fmt::format(R"({{"Href": "ref/p{}.html", "RefEntities": [{}], "Purpose": "{}", "DeprecationStatus": "{}"}})",
+                               i, entities, purpose, i % 5 == 0 ? "warn" : "current");
+        }
+        index_ = folder_ / "index.sqlite";
+        ToolRun const indexing = run(fmt::format("{} index {} -o {} -j 2", REFPAGE_BINARY, (folder_ / "pages").string(),
+                                                 index_.string()));
+        ASSERT_EQ(indexing.status, 0) << indexing.output;
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    /// "name|rank" of each hit of `find --json`, from the index file or from the pages.
+    std::vector<std::string> found(std::string const& query, bool fromIndex, std::string const& options = "") {
+        std::string const index = fromIndex ? "--index " + index_.string() : "";
+        std::string const pages = fromIndex ? "" : (folder_ / "pages").string();
+        ToolRun const result = run(fmt::format("{} find --json {} {} -- {} {}", REFPAGE_BINARY, options, index,
+                                               shellQuoted(query), pages));
+        EXPECT_EQ(result.status, result.output.empty() ? 1 : 0) << query;
+        std::vector<std::string> hits;
+        for (auto const& line : lines(result.output)) {
+            refpage::Json const hit = refpage::Json::parse(line);
+            hits.push_back(hit["name"].get<std::string>() + "|" + hit["rank"].get<std::string>());
+        }
+        return hits;
+    }
+
+    fs::path folder_;
+    fs::path index_;
+};
+
+std::vector<std::string> const queries{"sort", "pkg.sort", "pkg.ma.", "array", "sort array", "größe", "GRÖSSE",
+                                       "ärger values", "mean_values", "axis order fill", "arg", "nothing-here", "\""};
+
+TEST_F(GeneratedSetTest, FindRanksTheSameFromTheIndexFileAndFromThePages) {
+    for (auto const& query : queries) EXPECT_EQ(found(query, true), found(query, false)) << query;
+    EXPECT_EQ(found("sort", true, "--limit 3").size(), 3u);
+}
+
+TEST_F(GeneratedSetTest, FindExitsOneWhenNothingMatchesAndTwoForAMisuse) {
+    EXPECT_EQ(run(fmt::format("{} find zebra --index {} 2>/dev/null", REFPAGE_BINARY, index_.string())).status, 1);
+    EXPECT_EQ(run(fmt::format("{} find sort --index {} {} 2>/dev/null", REFPAGE_BINARY, index_.string(),
+                              folder_.string())).status, 2);
+    EXPECT_EQ(run(fmt::format("{} find sort --index {}/missing.sqlite 2>/dev/null", REFPAGE_BINARY, folder_.string())).status, 1);
+    ToolRun const table = run(fmt::format("{} find sort --index {}", REFPAGE_BINARY, index_.string()));
+    EXPECT_EQ(table.status, 0);
+    EXPECT_NE(table.output.find("Name"), std::string::npos) << table.output;
+}
+
+TEST_F(GeneratedSetTest, TheSiteScriptRanksExactlyAsFind) {
+    if (run("command -v node >/dev/null 2>&1").status != 0) GTEST_SKIP() << "node is not installed";
+    fs::path const data = folder_ / "search-data.js";
+    std::ofstream(data) << refpage::searchIndexScript(refpage::LookupIndex::open(index_));
+    fs::path const driver = folder_ / "driver.js";
+    std::ofstream(driver) << fmt::format(
+        "const data = require({});\nconst {{ rankEntries }} = require({});\n"
+        "for (const query of JSON.parse(process.argv[2]))\n"
+        "  console.log(JSON.stringify(rankEntries(data, query, 0).map((hit) => hit.entry.name + '|' + hit.tier)));\n",
+        refpage::Json(data.string()).dump(), refpage::Json(std::string(REFPROP_SOURCE_DIR) + "/tools/refpage/site/search-rank.js").dump());
+    ToolRun const script = run(fmt::format("node {} {}", driver.string(), shellQuoted(refpage::Json(queries).dump())));
+    ASSERT_EQ(script.status, 0) << script.output;
+    auto const results = lines(script.output);
+    ASSERT_EQ(results.size(), queries.size());
+    for (std::size_t i = 0; i < queries.size(); ++i)
+        EXPECT_EQ(refpage::Json::parse(results[i]).get<std::vector<std::string>>(), found(queries[i], true)) << queries[i];
 }
 
 }  // namespace

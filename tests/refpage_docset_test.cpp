@@ -3,6 +3,13 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <regex>
 #include <refpage/DocSet.hpp>
 #include <refpage/ParallelLoad.hpp>
 #include <string>
@@ -153,6 +160,106 @@ TEST(ParallelLoad, ForEachIndexVisitsEveryIndexOnceAndRethrowsTheFirstFailure) {
                      if (i == 5) throw std::runtime_error("five");
                  }),
                  std::runtime_error);
+}
+
+}  // namespace
+
+// ---- check over several pages, as a user runs it ----
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct ToolRun {
+    int status = -1;
+    std::string output;  ///< stdout and stderr together
+};
+
+ToolRun refpageTool(std::string const& arguments) {
+    ToolRun result;
+    FILE* const pipe = popen((std::string(REFPAGE_BINARY) + " " + arguments + " 2>&1").c_str(), "r");
+    if (pipe == nullptr) return result;
+    std::array<char, 4096> buffer{};
+    std::size_t count = 0;
+    while ((count = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) result.output.append(buffer.data(), count);
+    int const status = pclose(pipe);
+    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return result;
+}
+
+/// The output without the run time "(0.01 s)".
+std::string untimed(std::string const& output) {
+    return std::regex_replace(output, std::regex(R"( \([0-9.]+ s\))"), "");
+}
+
+class CheckSetTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        folder_ = fs::path(::testing::TempDir()) / fmt::format("check-set-{}", ::getpid());
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+    }
+    void TearDown() override { fs::remove_all(folder_); }
+
+    void write(std::string const& name, PageInput const& input) const { std::ofstream(folder_ / name) << *input.text; }
+    std::string folder() const { return folder_.string(); }
+
+    fs::path folder_;
+};
+
+TEST_F(CheckSetTest, EachKindOfFindingIsAWarningWithFileAndPointerAndCountedInTheSummary) {
+    write("a.json", page("a", R"("SeeAlso": [{"Url": "ref/b.html"}, {"Url": "ref/gone.html"}])"));
+    write("b.json", page("b"));
+    write("c.json", page("a"));
+    ToolRun const run = refpageTool("check -j 2 " + folder());
+    EXPECT_EQ(run.status, 0) << run.output;
+    std::string const prefix = "warning: " + folder() + "/";
+    EXPECT_NE(run.output.find(prefix + R"(a.json: /SeeAlso/1/Url: link "ref/gone.html" leads to no page of the set)"),
+              std::string::npos) << run.output;
+    EXPECT_NE(run.output.find(prefix + R"(c.json: /Href: Href "ref/a.html" is also the Href of ")"), std::string::npos);
+    EXPECT_NE(run.output.find(prefix + R"(c.json: /RefEntities/0/Name: entity name "pkg.a" is also documented by)"),
+              std::string::npos);
+    EXPECT_NE(run.output.find("3 pages, 0 failed, 1 unresolved link, 1 shared Href, 1 duplicate name ("),
+              std::string::npos) << run.output;
+
+    ToolRun const strict = refpageTool("check --strict " + folder());
+    EXPECT_EQ(strict.status, 1) << strict.output;
+    EXPECT_NE(strict.output.find("error: " + folder() + "/a.json: /SeeAlso/1/Url"), std::string::npos) << strict.output;
+}
+
+TEST_F(CheckSetTest, ACleanSetPassesStrictAndOnePageIsNotASet) {
+    write("a.json", page("a", R"("SeeAlso": [{"Url": "ref/b.html#x"}, {"Url": "https://example.org/"}])"));
+    write("b.json", page("b", R"("SeeAlso": [{"Url": "ref/gone.html"}])"));
+    EXPECT_EQ(untimed(refpageTool("check --strict " + folder() + "/a.json").output), "1 pages, 0 failed\n");
+    fs::remove(folder_ / "b.json");
+    write("b.json", page("b"));
+    ToolRun const run = refpageTool("check --strict " + folder());
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_EQ(untimed(run.output), "2 pages, 0 failed, 0 unresolved links, 0 shared Hrefs, 0 duplicate names\n");
+}
+
+TEST_F(CheckSetTest, FourThreadsPrintWhatOneThreadPrints) {
+    for (int i = 0; i < 40; ++i)
+        write(fmt::format("p{:02}.json", i),
+              i % 9 == 4 ? PageInput{"", "{\"Href\": [1]}"}
+                         : page(fmt::format("p{}", i % 30), fmt::format(R"("SeeAlso": [{{"Url": "ref/p{}.html"}}])", i + 3)));
+    ToolRun const one = refpageTool("check -j 1 " + folder());
+    ToolRun const four = refpageTool("check -j 4 " + folder());
+    EXPECT_EQ(one.status, 1);
+    EXPECT_EQ(four.status, 1);
+    EXPECT_EQ(untimed(four.output), untimed(one.output));
+    EXPECT_NE(one.output.find("40 pages, 4 failed, "), std::string::npos) << one.output;
+}
+
+TEST(CheckCorpus, TheSampleSetHasBrokenSeeAlsoLinksAndNoDuplicateNames) {
+    if (!fs::is_directory(REFPROP_CORPUS_DIR)) GTEST_SKIP() << "the sample corpus is absent: " << REFPROP_CORPUS_DIR;
+    ToolRun const run = refpageTool(std::string("check ") + REFPROP_CORPUS_DIR);
+    EXPECT_EQ(run.status, 0);
+    // Its 81 names given twice are each a class and its constructor on one page: not duplicates.
+    EXPECT_NE(run.output.find("961 pages, 0 failed, 264 unresolved links, 0 shared Hrefs, 0 duplicate names ("),
+              std::string::npos) << run.output.substr(run.output.size() - 300);
+    EXPECT_NE(run.output.find("numpy.sort.json: /SeeAlso/0/Url: link \"reference/generated/numpy.ndarray.sort.html\""),
+              std::string::npos);
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationsAsNumbers) {
 TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
     ToolRun const good = refpage("check " + data("good"));
     EXPECT_EQ(good.status, 0) << good.output;
-    EXPECT_TRUE(contains(good.output, "2 pages, 0 failed (")) << good.output;
+    EXPECT_TRUE(contains(good.output, "2 pages, 0 failed, 0 unresolved links, 0 shared Hrefs, 0 duplicate names (")) << good.output;
     ToolRun const run = refpage("check " + data("bad") + " " + data("good"));
     EXPECT_EQ(run.status, 1) << run.output;
     EXPECT_TRUE(contains(run.output, "malformed.json:3:26: malformed JSON: syntax error")) << run.output;
@@ -76,7 +76,7 @@ TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
     EXPECT_TRUE(contains(run.output,
                          R"(duplicate_key.json: /InputGroups/0/Inputs/1/Name: duplicate key "Name")"))
         << run.output;
-    EXPECT_TRUE(contains(run.output, "5 pages, 3 failed ("));
+    EXPECT_TRUE(contains(run.output, "5 pages, 3 failed, 0 unresolved links, 0 shared Hrefs, 0 duplicate names ("));
 }
 
 TEST(RefpageTool, WarningsArePrintedAndFailOnlyWithStrict) {
@@ -112,7 +112,7 @@ TEST(RefpageTool, FindListsMatchingPagesAsATable) {
     EXPECT_EQ(run.status, 0) << run.output;
     EXPECT_TRUE(contains(run.output, "Name")) << run.output;
     EXPECT_TRUE(contains(run.output, "demo.minimal  Function  Simple    no")) << run.output;
-    EXPECT_TRUE(contains(run.output, "1 of 2 pages"));
+    EXPECT_TRUE(contains(run.output, "1 of 2 entries"));
     EXPECT_FALSE(contains(run.output, "demo.clef"));
 }
 

@@ -137,7 +137,7 @@ TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
     for (int i = 0; i < 60; ++i)
         inputs.push_back(i % 7 == 3 ? PageInput{fmt::format("bad{}.json", i), "{\"Href\": 1}"}
                                     : page(fmt::format("p{}", i), R"("SeeAlso": [{"Url": "ref/p1.html"}])"));
-    inputs.push_back({"missing-file-for-the-loader.json", std::nullopt});
+    inputs.push_back({"missing-file-for-the-loader.json", std::nullopt, refpage::PageEntry{"missing-file-for-the-loader.json", {}}});
     auto const one = refpage::loadPages(inputs, 1, {});
     auto const four = refpage::loadPages(inputs, 4, {});
     ASSERT_EQ(four.size(), inputs.size());

@@ -13,7 +13,8 @@
 #include <vector>
 
 #include "Commands.hpp"
-#include "PageFiles.hpp"
+#include "Diagnostics.hpp"
+#include "NamedPages.hpp"
 
 namespace refpage {
 
@@ -26,21 +27,17 @@ struct FindOptions {
     std::vector<std::string> paths;
     std::string index;
     std::size_t limit = 0;
-    unsigned jobs = 0;
     bool json = false;
-    bool strict = false;
 };
 
 /// The index named by --index, or one built in memory from the pages; nullopt when a page failed.
-std::optional<LookupIndex> openIndex(FindOptions const& options) {
+std::optional<LookupIndex> openIndex(FindOptions const& options, GlobalOptions const& global) {
     if (!options.index.empty()) return LookupIndex::open(options.index);
-    PageFiles const files = collectPageFiles(options.paths);
-    printErrors(files.missing, "error: ");
-    std::vector<PageInput> const inputs = fileInputs(files.files);
-    std::vector<LoadResult> const results = loadPages(inputs, options.jobs, LoadOptions{options.strict});
-    bool failed = !files.missing.empty();
+    std::vector<PageInput> const inputs = entryInputs(findPageEntries(options.paths));
+    std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
+    bool failed = false;
     for (auto const& result : results) {
-        printErrors(result.warnings, "warning: ");
+        if (!global.quiet) printErrors(result.warnings, "warning: ");
         printErrors(result.errors, "error: ");
         failed = failed || !result.ok();
     }
@@ -60,12 +57,16 @@ Json hitJson(LookupHit const& hit) {
             {"rank", hit.tier}};
 }
 
-int find(FindOptions const& options) {
+int find(FindOptions const& options, GlobalOptions const& global) {
     if (options.index.empty() == options.paths.empty()) {
-        fmt::print(stderr, "refpage find: give either --index FILE or pages, not both\n");
+        fmt::print(stderr, "refpage: find takes either --index FILE or pages, not both\n");
         return exitUsage;
     }
-    std::optional<LookupIndex> const index = openIndex(options);
+    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
+        fmt::print(stderr, "refpage: {}\n", usage);
+        return exitUsage;
+    }
+    std::optional<LookupIndex> const index = openIndex(options, global);
     if (!index) return exitFailed;
     std::vector<LookupHit> const hits = index->find(options.query, options.limit);
     if (options.json) {
@@ -77,15 +78,16 @@ int find(FindOptions const& options) {
             table.addRow({displayable(hit.name), RefEntityType::enumToString(hit.type),
                           FunctionType::enumToString(hit.functionType), hit.deprecated ? "yes" : "no",
                           displayable(hit.href), displayable(hit.purpose)});
-        fmt::print("{}{} of {} entries\n", table.render(0), hits.size(), index->size());
+        fmt::print("{}", table.render(0));
+        if (!global.quiet) fmt::print("{} of {} entries\n", hits.size(), index->size());
     }
-    if (hits.empty()) fmt::print(stderr, "nothing matches {}\n", refpage::quoted(options.query));
+    if (hits.empty() && !global.quiet) fmt::print(stderr, "nothing matches {}\n", refpage::quoted(options.query));
     return hits.empty() ? exitFailed : exitOk;
 }
 
 }  // namespace
 
-Command addFindCommand(CLI::App& app) {
+Command addFindCommand(CLI::App& app, GlobalOptions const& global) {
     auto options = std::make_shared<FindOptions>();
     CLI::App* cli = app.add_subcommand(
         "find",
@@ -93,15 +95,13 @@ Command addFindCommand(CLI::App& app) {
         "prefix, then every word found in the name or purpose (best BM25 first); deprecated entries after "
         "current ones at equal rank. Exit status 1 when nothing matches");
     cli->add_option("QUERY", options->query, "A name, the end of a name, its beginning, or words")->required();
-    cli->add_option("PATH", options->paths, "Page files, or folders searched recursively for *.json");
+    cli->add_option("PATH", options->paths, "Page files (- for standard input), or folders searched for *.json");
     cli->add_option("--index", options->index, "A lookup index written by `refpage index`, instead of pages");
     cli->add_flag("--json", options->json,
                   "One JSON object per hit and line: name, entityType, functionType, purpose, deprecated, href, "
                   "page (the page file), rank (the tier it matched in)");
     cli->add_option("--limit", options->limit, "Show at most N hits (default: all)");
-    cli->add_option("-j,--jobs", options->jobs, "Threads loading pages (default: one per core)");
-    cli->add_flag("--strict", options->strict, "Treat warnings as errors");
-    return {cli, [options] { return find(*options); }};
+    return {cli, [options, &global] { return find(*options, global); }};
 }
 
 }  // namespace refpage

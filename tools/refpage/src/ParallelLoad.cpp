@@ -7,10 +7,10 @@
 
 namespace refpage {
 
-std::vector<PageInput> fileInputs(std::span<std::filesystem::path const> files) {
+std::vector<PageInput> entryInputs(std::span<PageEntry const> entries) {
     std::vector<PageInput> inputs;
-    inputs.reserve(files.size());
-    for (auto const& file : files) inputs.push_back({file.string(), std::nullopt});
+    inputs.reserve(entries.size());
+    for (auto const& entry : entries) inputs.push_back({entry.source(), std::nullopt, entry});
     return inputs;
 }
 
@@ -50,7 +50,16 @@ std::vector<LoadResult> loadPages(std::span<PageInput const> sources, unsigned j
     std::vector<LoadResult> results(sources.size());
     forEachIndex(sources.size(), jobs, [&](std::size_t i) {
         PageInput const& input = sources[i];
-        results[i] = input.text ? loadPage(*input.text, input.source, options) : loadPageFile(input.source, options);
+        if (input.text) {
+            results[i] = loadPage(*input.text, input.source, options);
+            return;
+        }
+        std::string text;
+        PageError error;
+        if (readPageEntry(input.entry, text, error))
+            results[i] = loadPage(text, input.source, options);
+        else
+            results[i].errors.push_back(std::move(error));
     });
     return results;
 }

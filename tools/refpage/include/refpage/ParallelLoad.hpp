@@ -3,25 +3,26 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <refpage/DocSet.hpp>
 #include <refpage/PageLoader.hpp>
+#include <refpage/PageSource.hpp>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace refpage {
 
-/// One page to load: a file to read, or text already in memory.
+/// One page to load: text already in memory, or an entry to read.
 struct PageInput {
-    std::string source;               ///< the file to read, or the name diagnostics give the text
-    std::optional<std::string> text;  ///< the page's text; absent: read `source`
+    std::string source;               ///< the name diagnostics give the page
+    std::optional<std::string> text;  ///< the page's text; absent: read `entry`
+    PageEntry entry{};                ///< the file, standard input or walk error to read when there is no text
 };
 
-/// One input per file, read when loaded.
-std::vector<PageInput> fileInputs(std::span<std::filesystem::path const> files);
+/// One input per entry, read when loaded; sources as PageEntry::source() names them.
+std::vector<PageInput> entryInputs(std::span<PageEntry const> entries);
 
 /// The number of threads `jobs` asks for: itself when nonzero, else the number of cores (at least 1).
 unsigned threadCount(unsigned jobs) noexcept;
@@ -32,7 +33,8 @@ unsigned threadCount(unsigned jobs) noexcept;
 void forEachIndex(std::size_t count, unsigned jobs, std::function<void(std::size_t)> const& work);
 
 /// Loads `sources` on `jobs` threads; results in the order of `sources`, identical to one thread.
-/// Host classes are registered before any thread starts.
+/// An entry that cannot be read is a result with its one error. Host classes are registered
+/// before any thread starts.
 std::vector<LoadResult> loadPages(std::span<PageInput const> sources, unsigned jobs, LoadOptions const& options);
 
 /// The pages that loaded, in order, for a DocSet; results that failed are skipped.

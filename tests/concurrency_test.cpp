@@ -1,9 +1,9 @@
 // Threads that each use their own records, while all of them share the
 // enumeration key tables and the host, get exactly what one thread alone gets.
 // Built under ThreadSanitizer (preset tsan), a data race fails the run.
-#include "support/CorpusPages.hpp"
 #include "support/GlueValues.hpp"
 #include "support/HostTest.hpp"
+#include "support/TestPages.hpp"
 #include "support/Vocabularies.hpp"
 
 #include <array>
@@ -19,9 +19,9 @@ namespace {
 
 constexpr std::size_t threadCount = 8;
 
-std::vector<std::string> const pageNames = {"numpy.nditer", "numpy.recarray", "numpy.busdaycalendar",
-                                            "numpy.percentile", "numpy.add", "numpy.msort", "numpy.finfo",
-                                            "numpy.einsum"};
+/// Project pages of every shape, the largest first.
+std::vector<std::string> const pageNames = {"largest-1", "full",    "unicode", "full-2",
+                                            "drawn-1",   "drawn-2", "drawn-3", "drawn-4"};
 
 /// Reads every cached property of `page` through the host, twice: true when each second read
 /// returns the first read's array and every array stands for its field.
@@ -71,7 +71,7 @@ TEST_F(Concurrency, ThreadsLoadingTheirOwnPagesGetWhatOneThreadGets) {
         std::size_t seen = 0;
         for (std::size_t i = 0; i < pageNames.size(); ++i) {
             std::size_t const which = (thread + i) % pageNames.size();
-            refpage::LoadResult const loaded = refpage::loadPageFile(testvalues::corpusPage(pageNames[which]));
+            refpage::LoadResult const loaded = refpage::loadPageFile(testvalues::testPage(pageNames[which]));
             if (!loaded.ok()) {
                 ++seen;
                 continue;
@@ -98,7 +98,7 @@ TEST_F(Concurrency, KeyTablesAnswerEveryThreadAlike) {
 TEST_F(Concurrency, CopiesTakenFromOneUnchangingPageByManyThreadsAreIndependent) {
     // The source's own caches and those of its elements are filled before the threads start;
     // the copies then share the elements' cached arrays, counted by the host.
-    rp::RefItem const source = testvalues::loadNative("numpy.nditer");
+    rp::RefItem const source = testvalues::loadNative(pageNames.front());
     ASSERT_TRUE(hostReadsAgree(source));
     oxArray_tag const* const sourceEntities = source.getRefEntitiesProperty();
     expectNoMismatchOnThreads([&](std::size_t) {

@@ -3,10 +3,10 @@
 // surface as the host's error, leave the record in a state the library allows
 // for that step, leave no host array or object behind, and let a retry succeed
 // with the same result as a run without faults.
-#include "support/CorpusPages.hpp"
 #include "support/GlueValues.hpp"
 #include "support/HostErrors.hpp"
 #include "support/HostTest.hpp"
+#include "support/TestPages.hpp"
 
 #include <refpage/PageParser.hpp>
 
@@ -27,6 +27,11 @@ namespace rp = reference::property;
 namespace {
 
 namespace glue = testvalues::glue;
+
+/// Project pages of every shape; the first, the largest, is the target of the property sweeps.
+std::vector<std::string> const sweptPages = {"largest-1", "full", "full-2", "drawn-3", "unicode"};
+/// Pages that differ from the target in every field.
+std::vector<std::string> const donorPages = {"full-1", "full-2", "full-3", "full-4", "full-5"};
 using glue::PropertyEntry;
 using reference::property::HostArrayPtr;
 using testvalues::agrees;
@@ -214,11 +219,10 @@ struct LoadState {
 };
 
 TEST_F(FaultSweep, WholePageLoadsFailCleanlyAtEveryHostCallAndLoadOnRetry) {
-    for (std::string const name :
-         {"numpy.nditer", "numpy.genfromtxt", "numpy.recarray", "numpy.percentile", "numpy.add"}) {
+    for (std::string const& name : sweptPages) {
         std::string text;
         refpage::PageError error;
-        ASSERT_TRUE(refpage::readTextFile(testvalues::corpusPage(name), text, error)) << error.describe();
+        ASSERT_TRUE(refpage::readTextFile(testvalues::testPage(name), text, error)) << error.describe();
         refpage::ParsedPage const parsed = refpage::parsePage(text, name);
         ASSERT_TRUE(parsed.ok()) << parsed.errors.front().describe();
         refpage::ensureHostClasses();
@@ -242,18 +246,16 @@ TEST_F(FaultSweep, WholePageLoadsFailCleanlyAtEveryHostCallAndLoadOnRetry) {
                     << "the retry loaded another page";
             },
         }));
-        EXPECT_TRUE(namedANestedValue || name != "numpy.nditer") << "a failure inside a nested record names its path";
+        EXPECT_TRUE(namedANestedValue || name != sweptPages.front()) << "a failure inside a nested record names its path";
     }
     expectAllSurvived();
 }
 
-// The largest page of the corpus, set from pages that differ from it in every field.
+// The largest page, set from pages that differ from it in every field.
 TEST_F(FaultSweep, PagePropertiesLeaveAnAllowedStateAtEveryHostCall) {
-    rp::RefItem const target = testvalues::loadNative("numpy.nditer");
+    rp::RefItem const target = testvalues::loadNative(sweptPages.front());
     std::vector<rp::RefItem> donors;
-    for (char const* name : {"numpy.busdaycalendar", "numpy.recarray", "numpy.percentile", "numpy.msort",
-                             "numpy.genfromtxt"})
-        donors.push_back(testvalues::loadNative(name));
+    for (std::string const& name : donorPages) donors.push_back(testvalues::loadNative(name));
     sweepRecord(target, target, [&](PropertyEntry const& entry) {
         for (rp::RefItem const& donor : donors) {
             HostArrayPtr const value(testvalues::cachedArray(entry, &donor));
@@ -268,7 +270,7 @@ TEST_F(FaultSweep, PagePropertiesLeaveAnAllowedStateAtEveryHostCall) {
 // Setters on new records; getters on a group of the page, and on new records for the
 // records whose copies share their caches.
 TEST_F(FaultSweep, GroupAndElementPropertiesLeaveAnAllowedStateAtEveryHostCall) {
-    rp::RefItem const page = testvalues::loadNative("numpy.nditer");
+    rp::RefItem const page = testvalues::loadNative(sweptPages.front());
     ASSERT_FALSE(page.getInputGroups().empty() || page.getClassPropertyGroups().empty());
     auto const distinct = [](PropertyEntry const& entry) {
         return std::get<HostArrayPtr>(testvalues::distinctValue(entry));

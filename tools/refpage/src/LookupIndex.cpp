@@ -7,6 +7,7 @@
 #include <reference/property/RecordProducer.hpp>
 #include <refpage/LookupIndex.hpp>
 #include <refpage/SearchRanking.hpp>
+#include <refpage/TextEscape.hpp>
 #include <refpage/Utf.hpp>
 #include <system_error>
 
@@ -109,7 +110,7 @@ TemporaryFile newFileBeside(std::filesystem::path const& path) {
     std::string pattern = path.string() + ".tmp-XXXXXX";
     int const fd = mkstemp(pattern.data());
     if (fd < 0)
-        throw LookupIndexError(fmt::format("{}: cannot create a file beside it: {}", path.string(),
+        throw LookupIndexError(fmt::format("{}: cannot create a file beside it: {}", refpage::quoted(path.string()),
                                            std::generic_category().message(errno)));
     close(fd);
     return TemporaryFile(pattern);
@@ -175,11 +176,11 @@ void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry c
         createSchema(db);
         fill(db, entries);
     } catch (sqlite::SqliteError const& e) {
-        throw LookupIndexError(fmt::format("{}: {}", file.path().string(), e.what()));
+        throw LookupIndexError(fmt::format("{}: {}", refpage::quoted(file.path().string()), e.what()));
     }
     std::error_code error;
     std::filesystem::rename(file.path(), path, error);
-    if (error) throw LookupIndexError(fmt::format("{}: cannot replace it: {}", path.string(), error.message()));
+    if (error) throw LookupIndexError(fmt::format("{}: cannot replace it: {}", refpage::quoted(path.string()), error.message()));
     file.release();
 }
 
@@ -200,15 +201,15 @@ LookupIndex::~LookupIndex() = default;
 LookupIndex LookupIndex::open(std::filesystem::path const& path) {
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error))
-        throw LookupIndexError(fmt::format("{}: no such index file", path.string()));
+        throw LookupIndexError(fmt::format("{}: no such index file", refpage::quoted(path.string())));
     try {
         sqlite::Database db(path.string(), SQLITE_OPEN_READONLY);
         sqlite::Statement const version(db, "PRAGMA user_version");
         if (!version.step() || version.integer(0) != schemaVersion)
-            throw LookupIndexError(fmt::format("{}: not a lookup index written by this tool", path.string()));
+            throw LookupIndexError(fmt::format("{}: not a lookup index written by this tool", refpage::quoted(path.string())));
         return LookupIndex(std::make_unique<Impl>(std::move(db)));
     } catch (sqlite::SqliteError const& e) {
-        throw LookupIndexError(fmt::format("{}: not a lookup index: {}", path.string(), e.what()));
+        throw LookupIndexError(fmt::format("{}: not a lookup index: {}", refpage::quoted(path.string()), e.what()));
     }
 }
 

@@ -9,7 +9,7 @@ Database::Database(std::string const& path, int flags) {
     int const code = sqlite3_open_v2(path.c_str(), &raw, flags | SQLITE_OPEN_EXRESCODE, nullptr);
     db_.reset(raw);  // owned even when opening failed, as SQLite requires
     if (code != SQLITE_OK)
-        throw SqliteError(fmt::format("cannot open {}: {}", path, raw ? sqlite3_errmsg(raw) : sqlite3_errstr(code)));
+        throw SqliteError(fmt::format("cannot open the database: {}", raw ? sqlite3_errmsg(raw) : sqlite3_errstr(code)));
 }
 
 void Database::execute(char const* sql) const {

@@ -17,7 +17,7 @@
 #include <refpage/LookupIndex.hpp>
 #include <refpage/PageCheck.hpp>
 #include <refpage/ParallelLoad.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 #include <string>
 #include <vector>
 
@@ -96,7 +96,7 @@ int const registered = [] {
         auto const& inputs = pageSet();
         std::size_t next = 0;
         for (auto _ : state) {
-            std::u16string const query = refpage::toUtf16(queries[next++ % queries.size()]);
+            std::u16string const query = utf8::utf8to16(queries[next++ % queries.size()]);
             std::size_t hits = 0;
             for (auto const& input : inputs) {
                 refpage::LoadResult const loaded = refpage::loadPage(*input.text, input.source);

@@ -112,3 +112,79 @@ TEST_F(Concurrency, CopiesTakenFromOneUnchangingPageByManyThreadsAreIndependent)
 }
 
 }  // namespace
+
+namespace {
+
+namespace glue = reference::glue;
+using reference::property::HostArrayPtr;
+
+/// Gives every property of host object `object` a value, through the host: the distinct
+/// value of its kind, and for lists of records two records filled the same way, `depth` deep.
+void fillThroughHost(ocos::COSInterface const& object, int depth) {
+    for (glue::PropertyEntry const& entry : glue::tableOf(object).entries) {
+        if (entry.kind != glue::PropertyKind::ObjectArray || depth == 0) {
+            glue::setProperty(object, entry.word, testvalues::distinctValue(entry));
+            continue;
+        }
+        glue::PropertyTable const& table = entry.elementTable();
+        matrix::unique_array array = matrix::from_ovrin(omCreateOCOSMatrix(1, 2, table.identity));
+        for (std::size_t i = 0; i < 2; ++i) {
+            HostArrayPtr const element = glue::constructObject(table);
+            fillThroughHost(*glue::objectOf(element.get()).get(), depth - 1);
+            omSetArrayElement(array.get(), i, glue::objectOf(element.get()));
+        }
+        glue::setProperty(object, entry.word, HostArrayPtr(array.release(), false));
+    }
+}
+
+/// Reads every property of `object` through the host and sets it again with what it read;
+/// the records of a list first, each through its own host object inside the array read.
+void readAndSetEverything(ocos::COSInterface const& object) {
+    for (glue::PropertyEntry const& entry : glue::tableOf(object).entries) {
+        glue::HostValue const value = glue::getProperty(object, entry.word);
+        if (entry.kind == glue::PropertyKind::ObjectArray || entry.kind == glue::PropertyKind::Record) {
+            oxArray_tag const* const array = std::get<HostArrayPtr>(value).get();
+            for (std::size_t i = 0; i < omGetNumberOfElementsInUnderlyingArray(array); ++i)
+                readAndSetEverything(*omGetArrayElement(array, i).get());
+        }
+        glue::setProperty(object, entry.word, value);
+    }
+}
+
+/// A host page holding `page`, after every property of it was read and set through the host.
+rp::RefItem readAndSetThroughHost(rp::RefItem page) {
+    glue::PropertyTable const& table = glue::tableOf<rp::RefItem>();
+    HostArrayPtr const object = glue::constructObject(table);
+    ocos::COSInterface const& host = *glue::objectOf(object.get()).get();
+    *static_cast<rp::RefItem*>(glue::recordOf(host, table)) = std::move(page);
+    readAndSetEverything(host);
+    return static_cast<rp::RefItem const*>(glue::recordOf(host, table))->copy();
+}
+
+// Copies made with copy() share nothing that a host read or write touches, so threads may
+// each work on their own. (Member-wise copies share cached arrays and the records inside
+// them, and must not be used so.)
+TEST_F(Concurrency, ThreadsReadingAndSettingEveryPropertyOfTheirOwnCopyGetWhatOneThreadGets) {
+    HostArrayPtr const made = glue::constructObject(glue::tableOf<rp::RefItem>());
+    ocos::COSInterface const& host = *glue::objectOf(made.get()).get();
+    fillThroughHost(host, 2);
+    rp::RefItem const& source = *static_cast<rp::RefItem const*>(glue::recordOf(host, glue::tableOf<rp::RefItem>()));
+    ASSERT_FALSE(source.getInputGroups().empty() || source.getInputGroups().front().getInputs().empty());
+    // The source's caches hold the arrays its setters built, whose records have never been read:
+    // member-wise copies would share those records and fill their caches from every thread at once.
+
+    rp::RefItem const expected = readAndSetThroughHost(source.copy());
+    EXPECT_TRUE(expected == source);
+    std::array<rp::RefItem, threadCount> copies;
+    for (rp::RefItem& copy : copies) copy = source.copy();
+    expectNoMismatchOnThreads([&](std::size_t thread) {
+        std::size_t seen = 0;
+        for (int round = 0; round < 3; ++round) {
+            copies[thread] = readAndSetThroughHost(std::move(copies[thread]));
+            if (!(copies[thread] == expected)) ++seen;
+        }
+        return seen;
+    });
+}
+
+}  // namespace

@@ -47,10 +47,10 @@ protected:
         HostTest::TearDown();
     }
 
-    /// "file: pointer: message" of every finding.
+    /// "file: warning: message [pointer]" of every finding.
     static std::vector<std::string> described(refpage::DocSetReport const& report) {
         std::vector<std::string> lines;
-        for (auto const& finding : report.findings) lines.push_back(finding.where.describe());
+        for (auto const& finding : report.findings) lines.push_back(finding.where.describe("warning"));
         return lines;
     }
 
@@ -94,12 +94,12 @@ TEST_F(DocSetTest, EveryKindOfLinkThatLeadsNowhereIsReportedAtItsPointer) {
         "Parameters": [{"Name": "q", "Href": "ref/gone\u001b.html"}])")});
     auto const report = set.check();
     EXPECT_EQ(described(report), (std::vector<std::string>{
-                                     R"(a.json: /InputGroups/0/Inputs/0/Href: link "ref/gone.html#x" leads to no page of the set)",
-                                     R"(a.json: /Outputs/0/Href: link "ref/gone.html" leads to no page of the set)",
-                                     R"(a.json: /ClassPropertyGroups/0/Properties/0/Href: link "ref/gone.html" leads to no page of the set)",
-                                     R"(a.json: /SeeAlso/0/Url: link "ref/gone.html" leads to no page of the set)",
-                                     R"(a.json: /Examples/0/Url: link "ref/gone.html#example-1" leads to no page of the set)",
-                                     R"(a.json: /Parameters/0/Href: link "ref/gone\x1b.html" leads to no page of the set)",
+                                     R"(a.json: warning: link "ref/gone.html#x" leads to no page of the set [/InputGroups/0/Inputs/0/Href])",
+                                     R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/Outputs/0/Href])",
+                                     R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/ClassPropertyGroups/0/Properties/0/Href])",
+                                     R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/SeeAlso/0/Url])",
+                                     R"(a.json: warning: link "ref/gone.html#example-1" leads to no page of the set [/Examples/0/Url])",
+                                     R"(a.json: warning: link "ref/gone\x1b.html" leads to no page of the set [/Parameters/0/Href])",
                                  }));
     EXPECT_EQ(report.count(DocSetIssue::UnresolvedLink), 6u);
 }
@@ -111,8 +111,8 @@ TEST_F(DocSetTest, APageReusingAnHrefIsReportedAndLinksLeadToTheFirst) {
     EXPECT_EQ(set.resolve("ref/a.html").page, 0u);
     EXPECT_EQ(described(set.check()),
               (std::vector<std::string>{
-                  R"(copy.json: /Href: Href "ref/a.html" is also the Href of "a.json")",
-                  R"(copy.json: /RefEntities/0/Name: entity name "pkg.a" is also documented by "a.json" (/RefEntities/0))",
+                  R"(copy.json: warning: Href "ref/a.html" is also the Href of "a.json" [/Href])",
+                  R"(copy.json: warning: entity name "pkg.a" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])",
               }));
 }
 
@@ -125,8 +125,8 @@ TEST_F(DocSetTest, ANameOnTwoPagesOrTwiceWithOneTypeIsADuplicateButAClassAndItsC
     auto const report = set.check();
     EXPECT_EQ(described(report),
               (std::vector<std::string>{
-                  R"(b.json: /RefEntities/1/Name: entity name "pkg.f" is also documented by /RefEntities/0 of this page)",
-                  R"(c.json: /RefEntities/0/Name: entity name "pkg.A" is also documented by "a.json" (/RefEntities/0))",
+                  R"(b.json: warning: entity name "pkg.f" is also documented by /RefEntities/0 of this page [/RefEntities/1/Name])",
+                  R"(c.json: warning: entity name "pkg.A" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])",
               }));
     EXPECT_EQ(report.count(DocSetIssue::DuplicateName), 2u);
     EXPECT_EQ(refpage::issueLabel(DocSetIssue::DuplicateName, 2), "duplicate names");
@@ -213,18 +213,18 @@ TEST_F(CheckSetTest, EachKindOfFindingIsAWarningWithFileAndPointerAndCountedInTh
     write("c.json", page("a"));
     ToolRun const run = refpageTool("check -j 2 " + folder());
     EXPECT_EQ(run.status, 0) << run.output;
-    std::string const prefix = "warning: " + folder() + "/";
-    EXPECT_NE(run.output.find(prefix + R"(a.json: /SeeAlso/1/Url: link "ref/gone.html" leads to no page of the set)"),
+    std::string const prefix = folder() + "/";
+    EXPECT_NE(run.output.find(prefix + R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/SeeAlso/1/Url])"),
               std::string::npos) << run.output;
-    EXPECT_NE(run.output.find(prefix + R"(c.json: /Href: Href "ref/a.html" is also the Href of ")"), std::string::npos);
-    EXPECT_NE(run.output.find(prefix + R"(c.json: /RefEntities/0/Name: entity name "pkg.a" is also documented by)"),
-              std::string::npos);
+    EXPECT_NE(run.output.find(prefix + R"(c.json: warning: Href "ref/a.html" is also the Href of ")"), std::string::npos);
+    EXPECT_NE(run.output.find(prefix + R"(c.json: warning: entity name "pkg.a" is also documented by ")"), std::string::npos);
     EXPECT_NE(run.output.find("3 pages, 0 failed, 1 unresolved link, 1 shared Href, 1 duplicate name ("),
               std::string::npos) << run.output;
 
     ToolRun const strict = refpageTool("check --strict " + folder());
     EXPECT_EQ(strict.status, 1) << strict.output;
-    EXPECT_NE(strict.output.find("error: " + folder() + "/a.json: /SeeAlso/1/Url"), std::string::npos) << strict.output;
+    EXPECT_NE(strict.output.find(folder() + "/a.json: error: link \"ref/gone.html\" leads to no page of the set [/SeeAlso/1/Url]"),
+              std::string::npos) << strict.output;
 }
 
 TEST_F(CheckSetTest, ACleanSetPassesStrictAndOnePageIsNotASet) {
@@ -258,7 +258,7 @@ TEST(CheckCorpus, TheSampleSetHasBrokenSeeAlsoLinksAndNoDuplicateNames) {
     // Its 81 names given twice are each a class and its constructor on one page: not duplicates.
     EXPECT_NE(run.output.find("961 pages, 0 failed, 264 unresolved links, 0 shared Hrefs, 0 duplicate names ("),
               std::string::npos) << run.output.substr(run.output.size() - 300);
-    EXPECT_NE(run.output.find("numpy.sort.json: /SeeAlso/0/Url: link \"reference/generated/numpy.ndarray.sort.html\""),
+    EXPECT_NE(run.output.find("numpy.sort.json: warning: link \"reference/generated/numpy.ndarray.sort.html\" leads to no page of the set [/SeeAlso/0/Url]"),
               std::string::npos);
 }
 

@@ -7,6 +7,7 @@
 #include <mutex>
 #include <refpage/DocSet.hpp>
 #include <refpage/ParallelLoad.hpp>
+#include <new>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageSource.hpp>
 #include <string>
@@ -38,6 +39,26 @@ private:
     bool shown_;
 };
 
+/// The verdict on one entry: read it, then check it. An entry that cannot be read, or
+/// that runs out of memory, fails with the reason. With `loaded`, the page is also loaded
+/// into it, for the set's check.
+CheckReport checkEntry(PageEntry const& entry, LoadOptions const& load, LoadResult* loaded = nullptr) {
+    CheckReport report;
+    try {
+        std::string text;
+        PageError readError;
+        if (readPageEntry(entry, text, readError)) {
+            if (loaded != nullptr) *loaded = loadPage(text, entry.source(), load);
+            return checkOwnedPage(std::move(text), entry.source(), load);
+        }
+        report.failures.push_back(std::move(readError));
+    } catch (std::bad_alloc const&) {
+        report = CheckReport{};
+        report.failures.push_back(PageError{entry.source(), {}, "out of memory"});
+    }
+    return report;
+}
+
 /// The cross-page findings of several pages, printed as warnings (errors with --strict; none
 /// when quiet and not strict); the summary's part for them, as ", 3 unresolved links, 0 shared
 /// Hrefs, 1 duplicate name".
@@ -47,9 +68,9 @@ std::string checkDocSet(std::span<PageInput const> inputs, std::span<LoadResult 
     PageErrors where;
     for (auto const& finding : report.findings) where.push_back(finding.where);
     if (global.strict)
-        printErrors(where, "error: ");
+        printErrors(where, "error");
     else if (!global.quiet)
-        printErrors(where, "warning: ");
+        printErrors(where, "warning");
     findings = report.findings.size();
     std::string counts;
     for (std::size_t i = 0; i < docSetIssueCount; ++i) {
@@ -68,8 +89,8 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     std::vector<PageEntry> const entries = findPageEntries(paths);
     LoadOptions const load{global.strict};
     Progress const progress(entries.size(), global.quiet);
-    // Pages are checked on global.jobs threads, reported in order. Several pages are also checked
-    // as a set, from a second load of each page that passed.
+    // Pages are checked on global.jobs threads and reported in order. Several pages are also
+    // checked as a set, from a second load of each page; those that failed their check take no part.
     bool const asSet = entries.size() > 1;
     std::vector<PageInput> const inputs = entryInputs(entries);
     std::vector<CheckReport> reports(entries.size());
@@ -77,24 +98,18 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     std::size_t done = 0;
     std::mutex progressMutex;
     forEachIndex(entries.size(), global.jobs, [&](std::size_t i) {
-        std::string text;
-        PageError readError;
-        if (readPageEntry(entries[i], text, readError)) {
-            reports[i] = checkPage(text, entries[i].source(), load);
-            if (asSet && reports[i].passed()) loaded[i] = loadPage(text, entries[i].source(), load);
-        } else {
-            reports[i].failures.push_back(std::move(readError));
-        }
+        reports[i] = checkEntry(entries[i], load, asSet ? &loaded[i] : nullptr);
+        if (!reports[i].passed()) loaded[i] = LoadResult{};
         std::lock_guard const lock(progressMutex);
         progress.step(++done);
     });
     progress.clear();
     std::size_t failed = 0;
     for (auto const& report : reports) {
-        if (!global.quiet) printErrors(report.warnings, "warning: ");
+        if (!global.quiet) printErrors(report.warnings, "warning");
         if (!report.passed()) {
             ++failed;
-            printErrors(report.failures, "FAIL ");
+            printErrors(report.failures, "error");
         }
     }
     std::size_t findings = 0;
@@ -103,6 +118,10 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet)
         fmt::print("{} pages, {} failed{} ({:.2f} s)\n", entries.size(), failed, setCounts, elapsed.count());
+    if (entries.empty()) {
+        fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
+        return exitFailed;
+    }
     bool const setFailed = global.strict && findings != 0;
     return failed == 0 && !setFailed ? exitOk : exitFailed;
 }

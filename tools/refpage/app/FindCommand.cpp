@@ -37,8 +37,8 @@ std::optional<LookupIndex> openIndex(FindOptions const& options, GlobalOptions c
     std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
     bool failed = false;
     for (auto const& result : results) {
-        if (!global.quiet) printErrors(result.warnings, "warning: ");
-        printErrors(result.errors, "error: ");
+        if (!global.quiet) printErrors(result.warnings, "warning");
+        printErrors(result.errors, "error");
         failed = failed || !result.ok();
     }
     if (failed) return std::nullopt;

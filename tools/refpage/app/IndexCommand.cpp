@@ -31,8 +31,8 @@ int index(IndexOptions const& options, GlobalOptions const& global) {
     std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
     std::size_t failed = 0;
     for (auto const& result : results) {
-        if (!global.quiet) printErrors(result.warnings, "warning: ");
-        printErrors(result.errors, "error: ");
+        if (!global.quiet) printErrors(result.warnings, "warning");
+        printErrors(result.errors, "error");
         failed += result.ok() ? 0 : 1;
     }
     if (failed != 0) {

@@ -16,18 +16,18 @@ namespace {
 
 struct JsonOptions {
     std::string file;
-    std::string output;  ///< empty: standard output
+    std::string output;  ///< empty or "-": standard output
 };
 
 int json(JsonOptions const& options, GlobalOptions const& global) {
     LoadResult const result = loadNamedPage(options.file, LoadOptions{global.strict});
-    if (!global.quiet) printErrors(result.warnings, "warning: ");
+    if (!global.quiet) printErrors(result.warnings, "warning");
     if (!result.ok()) {
-        printErrors(result.errors, "error: ");
+        printErrors(result.errors, "error");
         return exitFailed;
     }
     std::string const text = jsonText(pageToJson(result.page.get())) + "\n";
-    if (options.output.empty()) {
+    if (options.output.empty() || options.output == "-") {
         fmt::print("{}", text);
         return exitOk;
     }
@@ -47,7 +47,7 @@ Command addJsonCommand(CLI::App& app, GlobalOptions const& global) {
         "json", "Print a page read back through the host as canonical JSON (enumerations as numbers)");
     cli->add_option("FILE", options->file, "Page file (JSON; - for standard input)")->required();
     cli->add_option("-o,--output", options->output,
-                    "Write to this file instead of standard output; it is replaced only once the page is written");
+                    "Write to this file (- for standard output); it is replaced only once the whole page is written");
     return {cli, [options, &global] { return json(*options, global); }};
 }
 

@@ -1,13 +1,18 @@
-// Page paths as the commands take them: a file, or "-" for standard input.
+// Pages as the commands take them: a file, "-" for standard input, or an entry of a walk.
 #pragma once
 
 #include <refpage/PageLoader.hpp>
+#include <refpage/PageSource.hpp>
 #include <string>
 #include <vector>
 
 namespace refpage {
 
-/// Loads the page file `name` ("-": standard input); an unreadable file is one error.
+/// Reads and loads `entry`. An entry that cannot be read, or that runs out of memory
+/// while it is read or loaded, is one error ("out of memory") naming its source.
+LoadResult loadEntry(PageEntry const& entry, LoadOptions const& options);
+
+/// loadEntry of the page file `name` ("-": standard input).
 LoadResult loadNamedPage(std::string const& name, LoadOptions const& options);
 
 /// "-" more than once in `names` is a usage error: the message, or empty.

@@ -60,10 +60,17 @@ bool replaceFile(std::filesystem::path const& file, std::string_view text, std::
         error = fmt::format("cannot create a file beside {}: {}", file.string(), reason(errno));
         return false;
     }
-    // A new file gets the permissions any other new file would get.
-    mode_t const mask = ::umask(0);
-    ::umask(mask);
-    bool ok = ::fchmod(fd, 0666 & ~mask) == 0 && writeAll(fd, text) && ::fsync(fd) == 0;
+    // A file replaced keeps its permissions; a new one gets those any new file would get.
+    struct stat existing {};
+    mode_t mode = 0;
+    if (::stat(file.c_str(), &existing) == 0) {
+        mode = existing.st_mode & 07777;
+    } else {
+        mode_t const mask = ::umask(0);
+        ::umask(mask);
+        mode = 0666 & ~mask;
+    }
+    bool ok = ::fchmod(fd, mode) == 0 && writeAll(fd, text) && ::fsync(fd) == 0;
     int code = ok ? 0 : errno;
     if (::close(fd) != 0 && ok) {
         ok = false;

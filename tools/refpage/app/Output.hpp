@@ -12,8 +12,9 @@ namespace refpage {
 /// says so on stderr (when it can) and returns false: the run must exit 1.
 bool finishOutput();
 
-/// Writes `text` to a new temporary file beside `file`, then renames it over `file`.
-/// On failure `file` is untouched, the temporary is gone, and `error` holds the reason.
+/// Writes `text` to a new temporary file beside `file`, then renames it over `file`;
+/// a file replaced keeps its permission bits. On failure `file` is untouched, the
+/// temporary is gone, and `error` holds the reason.
 bool replaceFile(std::filesystem::path const& file, std::string_view text, std::string& error);
 
 }  // namespace refpage

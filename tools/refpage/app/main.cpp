@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "Commands.hpp"
+#include "EnumerationKeys.hpp"
 #include "Output.hpp"
 
 namespace {
@@ -29,7 +30,8 @@ int run(int argc, char** argv) {
     app.fallthrough();  // options of the whole tool are accepted after the command too
     app.require_subcommand(0, 1);
     app.set_version_flag("--version", "refpage " REFPAGE_VERSION, "Print the version and exit");
-    app.footer("Exit status: 0 all is well; 1 a page failed, nothing was found, or output could not be written; "
+    app.footer("Enumeration values in a page are a key or the member's number:\n" + enumerationKeys() +
+               "\nExit status: 0 all is well; 1 a page failed, nothing was found, or output could not be written; "
                "2 the command line was wrong.");
 
     GlobalOptions global;

@@ -6,7 +6,7 @@
 #include <map>
 #include <refpage/DocSet.hpp>
 #include <refpage/TextEscape.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 #include <utility>
 
 namespace refpage {
@@ -67,12 +67,12 @@ std::vector<PageLink> linksOf(RefItem const& page) {
 /// UTF-8 of page text; an unpaired surrogate (which loading already refuses) becomes U+FFFD.
 std::string utf8(std::u16string const& text) {
     try {
-        return toUtf8(text);
+        return utf8::utf16to8(text);
     } catch (std::exception const&) {
         std::u16string cleaned = text;
         for (auto& unit : cleaned)
             if (unit >= 0xD800 && unit <= 0xDFFF) unit = 0xFFFD;
-        return toUtf8(cleaned);
+        return utf8::utf16to8(cleaned);
     }
 }
 

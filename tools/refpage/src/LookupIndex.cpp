@@ -8,7 +8,7 @@
 #include <refpage/LookupIndex.hpp>
 #include <refpage/SearchRanking.hpp>
 #include <refpage/TextEscape.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 #include <system_error>
 
 #include "Sqlite.hpp"
@@ -24,12 +24,12 @@ constexpr int schemaVersion = 1;
 /// UTF-8 of lookup text; an unpaired surrogate (which loading refuses) becomes U+FFFD.
 std::string utf8(std::u16string const& text) {
     try {
-        return toUtf8(text);
+        return utf8::utf16to8(text);
     } catch (std::exception const&) {
         std::u16string cleaned = text;
         for (auto& unit : cleaned)
             if (unit >= 0xD800 && unit <= 0xDFFF) unit = 0xFFFD;
-        return toUtf8(cleaned);
+        return utf8::utf16to8(cleaned);
     }
 }
 

@@ -78,9 +78,17 @@ bool isPageName(fs::path const& path) {
     return path.extension() == ".json";
 }
 
+/// An entry of a folder as listed.
+struct Child {
+    fs::path path;
+    bool folder = false;  ///< listed as a folder (not a symlink to one)
+
+    bool operator<(Child const& other) const { return path < other.path; }
+};
+
 /// The entries of one folder, sorted by name; a failure entry when the folder cannot be listed.
 struct FolderListing {
-    std::vector<fs::path> children;
+    std::vector<Child> children;
     std::optional<PageError> error;
 };
 
@@ -88,7 +96,10 @@ FolderListing listFolder(fs::path const& folder) {
     FolderListing listing;
     std::error_code code;
     fs::directory_iterator it(folder, code);
-    for (; !code && it != fs::directory_iterator(); it.increment(code)) listing.children.push_back(it->path());
+    for (; !code && it != fs::directory_iterator(); it.increment(code)) {
+        std::error_code ignored;  // the type comes from the listing itself where the system gives it
+        listing.children.push_back(Child{it->path(), it->symlink_status(ignored).type() == fs::file_type::directory});
+    }
     if (code) listing.error = failure(folder, code.message());
     std::sort(listing.children.begin(), listing.children.end());
     return listing;
@@ -96,7 +107,7 @@ FolderListing listFolder(fs::path const& folder) {
 
 /// One folder of the walk: its sorted children and the next one to visit.
 struct WalkFrame {
-    std::vector<fs::path> children;
+    std::vector<Child> children;
     std::size_t next = 0;
 };
 
@@ -114,11 +125,13 @@ void walkFolder(fs::path const& root, std::vector<PageEntry>& entries) {
             stack.pop_back();
             continue;
         }
-        fs::path const child = frame.children[frame.next++];
+        Child const listed = frame.children[frame.next++];
+        fs::path const& child = listed.path;
         struct stat own {};
         if (::lstat(child.c_str(), &own) != 0) {
-            // Vanished since the listing, or unreachable: a page only if it was named like one.
-            if (isPageName(child)) entries.push_back(PageEntry{child, failure(child, systemReason(errno))});
+            // Vanished since the listing: reported when it was a page or a folder of pages.
+            if (listed.folder || isPageName(child))
+                entries.push_back(PageEntry{child, failure(child, systemReason(errno))});
             continue;
         }
         if (S_ISDIR(own.st_mode)) {

@@ -59,7 +59,8 @@ TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationMembersAsKeys) {
 TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
     ToolRun const good = refpage("check " + data("good"));
     EXPECT_EQ(good.status, 0) << good.output;
-    EXPECT_TRUE(contains(good.output, "3 pages, 0 failed (")) << good.output;
+    EXPECT_TRUE(contains(good.output, "3 pages, 0 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("))
+        << good.output;
     ToolRun const run = refpage("check " + data("bad") + " " + data("good"));
     EXPECT_EQ(run.status, 1) << run.output;
     EXPECT_TRUE(contains(run.output, "malformed.json:3:26: error: malformed JSON: syntax error")) << run.output;
@@ -68,7 +69,7 @@ TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
     EXPECT_TRUE(contains(run.output,
                          R"(duplicate_key.json:3:99: error: duplicate key "Name" [/InputGroups/0/Inputs/1/Name])"))
         << run.output;
-    EXPECT_TRUE(contains(run.output, "6 pages, 3 failed ("));
+    EXPECT_TRUE(contains(run.output, "6 pages, 3 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("));
 }
 
 TEST(RefpageTool, WarningsArePrintedAndFailOnlyWithStrict) {
@@ -154,7 +155,7 @@ TEST(RefpageTool, ExitStatusSaysWhetherAPageFailedOrNothingWasFound) {
     EXPECT_TRUE(contains(nothing.output, "error: no page found")) << nothing.output;
     ToolRun const none = refpage("find no-such-name " + data("good"));
     EXPECT_EQ(none.status, 1);
-    EXPECT_TRUE(contains(none.output, "no page name contains \"no-such-name\"")) << none.output;
+    EXPECT_TRUE(contains(none.output, "nothing matches \"no-such-name\"")) << none.output;
 }
 
 TEST(RefpageTool, ShowAndJsonSayWhenTheirFileIsAFolderOrMissing) {
@@ -172,9 +173,9 @@ TEST(RefpageTool, FindListsMatchingPagesAsATable) {
     ToolRun const run = refpage("find minimal " + data("good"));
     EXPECT_EQ(run.status, 0) << run.output;
     EXPECT_EQ(run.output,
-              "Name          Type      Function  Deprecated  Purpose                           Link\n"
-              "demo.minimal  Function  Simple    no          The smallest page worth showing.  demo/minimal.html\n"
-              "1 of 3 pages\n");
+              "Name          Type      Function  Deprecated  Link               Purpose\n"
+              "demo.minimal  Function  Simple    no          demo/minimal.html  The smallest page worth showing.\n"
+              "1 of 5 entries\n");
 }
 
 TEST(RefpageTool, VersionAndUsageErrors) {
@@ -184,7 +185,7 @@ TEST(RefpageTool, VersionAndUsageErrors) {
 
     ToolRun const unknown = refpage("bogus");
     EXPECT_EQ(unknown.status, 2);
-    EXPECT_EQ(unknown.output, "refpage: unknown command \"bogus\"; the commands are show, json, check, find\n");
+    EXPECT_EQ(unknown.output, "refpage: unknown command \"bogus\"; the commands are show, json, check, find, index\n");
     ToolRun const none = refpage("");
     EXPECT_EQ(none.status, 2);
     EXPECT_TRUE(contains(none.output, "a command is required")) << none.output;
@@ -220,7 +221,7 @@ TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {
         folder.write("big.json", R"({"Purpose": ")" + std::string(100000, 'a') + R"("})").string();
     for (std::string const& arguments :
          {"json " + data("good/minimal.json"), "json " + big, std::string("show"), "show " + big,
-          "check " + data("good"), std::string("--help"), std::string("--version")}) {
+          "check " + data("good/minimal.json"), std::string("--help"), std::string("--version")}) {
         ToolRun const run = refpage(arguments, "2>&1 >/dev/full");
         EXPECT_EQ(run.status, 1) << arguments;
         EXPECT_EQ(run.output, "refpage: cannot write the output: No space left on device\n") << arguments;

@@ -31,5 +31,6 @@ Command addShowCommand(CLI::App& app, GlobalOptions const& global);
 Command addJsonCommand(CLI::App& app, GlobalOptions const& global);
 Command addCheckCommand(CLI::App& app, GlobalOptions const& global);
 Command addFindCommand(CLI::App& app, GlobalOptions const& global);
+Command addIndexCommand(CLI::App& app, GlobalOptions const& global);
 
 }  // namespace refpage

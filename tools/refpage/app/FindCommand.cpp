@@ -1,14 +1,14 @@
 #include <fmt/format.h>
 
 #include <memory>
+#include <optional>
 #include <reference/property/FunctionType.hpp>
 #include <reference/property/RefEntityType.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageLookup.hpp>
-#include <refpage/PageSource.hpp>
+#include <refpage/Json.hpp>
+#include <refpage/LookupIndex.hpp>
+#include <refpage/ParallelLoad.hpp>
 #include <refpage/TextEscape.hpp>
 #include <refpage/TextTable.hpp>
-#include <utf8.h>
 #include <string>
 #include <vector>
 
@@ -23,52 +23,84 @@ namespace {
 using namespace reference::property;
 
 struct FindOptions {
-    std::string name;
+    std::string query;
     std::vector<std::string> paths;
+    std::string index;
+    std::size_t limit = 0;
+    bool json = false;
 };
 
+/// The index named by --index, or one built in memory from the pages; nullopt when a page failed.
+std::optional<LookupIndex> openIndex(FindOptions const& options, GlobalOptions const& global) {
+    if (!options.index.empty()) return LookupIndex::open(options.index);
+    std::vector<PageInput> const inputs = entryInputs(findPageEntries(options.paths));
+    std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
+    bool failed = false;
+    for (auto const& result : results) {
+        if (!global.quiet) printErrors(result.warnings, "warning");
+        printErrors(result.errors, "error");
+        failed = failed || !result.ok();
+    }
+    if (failed) return std::nullopt;
+    DocSet const set(docSetPages(inputs, results));
+    return LookupIndex::inMemory(lookupEntries(set));
+}
+
+Json hitJson(LookupHit const& hit) {
+    return {{"name", hit.name},
+            {"entityType", RefEntityType::enumToString(hit.type)},
+            {"functionType", FunctionType::enumToString(hit.functionType)},
+            {"purpose", hit.purpose},
+            {"deprecated", hit.deprecated},
+            {"href", hit.href},
+            {"page", hit.pageFile},
+            {"rank", hit.tier}};
+}
+
 int find(FindOptions const& options, GlobalOptions const& global) {
+    if (options.index.empty() == options.paths.empty()) {
+        fmt::print(stderr, "refpage: find takes either --index FILE or pages, not both\n");
+        return exitUsage;
+    }
     if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
-    std::vector<PageEntry> const entries = findPageEntries(options.paths);
-    bool bad = false;
-    std::u16string const wanted = utf8::utf8to16(options.name);
-    TextTable table({"Name", "Type", "Function", "Deprecated", "Purpose", "Link"}, 40);
-    std::size_t matches = 0;
-    for (auto const& entry : entries) {
-        LoadResult const result = loadEntry(entry, LoadOptions{global.strict});
-        if (!global.quiet) printErrors(result.warnings, "warning");
-        if (!result.ok()) {
-            printErrors(result.errors, "error");
-            bad = true;
-            continue;
-        }
-        RefItemLookup const lookup = makeLookup(nativePage(result.page.get()));
-        if (lookup.getName().find(wanted) == std::u16string::npos) continue;
-        ++matches;
-        table.addRow({displayable(utf8::utf16to8(lookup.getName())), RefEntityType::enumToString(lookup.getType()),
-                      FunctionType::enumToString(lookup.getFunctionType()), lookup.isDeprecated() ? "yes" : "no",
-                      displayable(utf8::utf16to8(lookup.getPurpose())), displayable(utf8::utf16to8(lookup.getHref()))});
+    std::optional<LookupIndex> const index = openIndex(options, global);
+    if (!index) return exitFailed;
+    std::vector<LookupHit> const hits = index->find(options.query, options.limit);
+    if (options.json) {
+        for (auto const& hit : hits)
+            fmt::print("{}\n", hitJson(hit).dump(-1, ' ', false, Json::error_handler_t::replace));
+    } else if (!hits.empty()) {
+        TextTable table({"Name", "Type", "Function", "Deprecated", "Link", "Purpose"}, std::size_t(-1));
+        for (auto const& hit : hits)
+            table.addRow({displayable(hit.name), RefEntityType::enumToString(hit.type),
+                          FunctionType::enumToString(hit.functionType), hit.deprecated ? "yes" : "no",
+                          displayable(hit.href), displayable(hit.purpose)});
+        fmt::print("{}", table.render(0));
+        if (!global.quiet) fmt::print("{} of {} entries\n", hits.size(), index->size());
     }
-    if (matches == 0) {
-        if (!global.quiet) fmt::print("no page name contains {}\n", refpage::quoted(options.name));
-        return exitFailed;
-    }
-    fmt::print("{}", table.render(0));
-    if (!global.quiet) fmt::print("{} of {} pages\n", matches, entries.size());
-    return bad ? exitFailed : exitOk;
+    if (hits.empty() && !global.quiet) fmt::print(stderr, "nothing matches {}\n", refpage::quoted(options.query));
+    return hits.empty() ? exitFailed : exitOk;
 }
 
 }  // namespace
 
 Command addFindCommand(CLI::App& app, GlobalOptions const& global) {
     auto options = std::make_shared<FindOptions>();
-    CLI::App* cli = app.add_subcommand("find", "List the pages whose name contains NAME, with their lookup summary");
-    cli->add_option("NAME", options->name, "Text the page's name must contain (case-sensitive)")->required();
-    cli->add_option("PATH", options->paths, "Page files (- for standard input), or folders searched for *.json")
-        ->required();
+    CLI::App* cli = app.add_subcommand(
+        "find",
+        "Look a name up: exact name first, then exact last component (\"sort\" finds numpy.sort), then name "
+        "prefix, then every word found in the name or purpose (best BM25 first); deprecated entries after "
+        "current ones at equal rank. Exit status 1 when nothing matches");
+    cli->add_option("QUERY", options->query, "A name, the end of a name, its beginning, or words")->required();
+    cli->add_option("PATH", options->paths, "Page files (- for standard input), or folders searched for *.json");
+    cli->add_option("--index", options->index, "A lookup index written by `refpage index`, instead of pages");
+    cli->add_flag("--json", options->json,
+                  "One JSON object per hit and line: name, entityType, functionType, purpose, deprecated, href, "
+                  "page (the page file), rank (the tier it matched in)");
+    cli->add_option("--limit", options->limit, "Show at most N hits (default: all)");
     return {cli, [options, &global] { return find(*options, global); }};
 }
 

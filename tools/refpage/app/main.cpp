@@ -44,7 +44,8 @@ int run(int argc, char** argv) {
         ->check(CLI::Range(1u, 1024u));
 
     std::vector<Command> const commands{addShowCommand(app, global), addJsonCommand(app, global),
-                                        addCheckCommand(app, global), addFindCommand(app, global)};
+                                        addCheckCommand(app, global), addFindCommand(app, global),
+                                        addIndexCommand(app, global)};
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& e) {

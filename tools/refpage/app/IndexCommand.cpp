@@ -1,0 +1,66 @@
+#include <fmt/format.h>
+
+#include <chrono>
+#include <memory>
+#include <refpage/LookupIndex.hpp>
+#include <refpage/ParallelLoad.hpp>
+#include <refpage/TextEscape.hpp>
+#include <string>
+#include <vector>
+
+#include "Commands.hpp"
+#include "Diagnostics.hpp"
+#include "NamedPages.hpp"
+
+namespace refpage {
+
+namespace {
+
+struct IndexOptions {
+    std::vector<std::string> paths;
+    std::string output;
+};
+
+int index(IndexOptions const& options, GlobalOptions const& global) {
+    auto const start = std::chrono::steady_clock::now();
+    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
+        fmt::print(stderr, "refpage: {}\n", usage);
+        return exitUsage;
+    }
+    std::vector<PageInput> const inputs = entryInputs(findPageEntries(options.paths));
+    std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
+    std::size_t failed = 0;
+    for (auto const& result : results) {
+        if (!global.quiet) printErrors(result.warnings, "warning");
+        printErrors(result.errors, "error");
+        failed += result.ok() ? 0 : 1;
+    }
+    if (failed != 0) {
+        fmt::print(stderr, "{} pages, {} failed: {} left as it was\n", inputs.size(), failed, displayable(options.output));
+        return exitFailed;
+    }
+    DocSet const set(docSetPages(inputs, results));
+    std::vector<LookupEntry> const entries = lookupEntries(set);
+    writeLookupIndex(options.output, entries);
+    std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
+    if (!global.quiet)
+        fmt::print("{} pages, {} entries written to {} ({:.2f} s)\n", inputs.size(), entries.size(),
+                   displayable(options.output), elapsed.count());
+    return exitOk;
+}
+
+}  // namespace
+
+Command addIndexCommand(CLI::App& app, GlobalOptions const& global) {
+    auto options = std::make_shared<IndexOptions>();
+    CLI::App* cli = app.add_subcommand(
+        "index",
+        "Write the lookup index of pages (one entry per entity) as an SQLite database that `find --index` "
+        "reads and that serves as a docset search index; the file is replaced only once the new one is complete");
+    cli->add_option("PATH", options->paths, "Page files (- for standard input), or folders searched for *.json")
+        ->required();
+    cli->add_option("-o,--output", options->output, "The index file to write")->required();
+    return {cli, [options, &global] { return index(*options, global); }};
+}
+
+}  // namespace refpage

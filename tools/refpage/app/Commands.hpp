@@ -23,5 +23,7 @@ Command addShowCommand(CLI::App& app);
 Command addJsonCommand(CLI::App& app);
 Command addCheckCommand(CLI::App& app);
 Command addFindCommand(CLI::App& app);
+Command addSiteCommand(CLI::App& app);
+Command addDocsetCommand(CLI::App& app);
 
 }  // namespace refpage

@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
     CLI::App app{"Shows, converts, checks and searches documentation reference pages, loaded through the host."};
     app.require_subcommand(1, 1);
     std::vector<Command> const commands{addShowCommand(app), addJsonCommand(app), addCheckCommand(app),
-                                        addFindCommand(app)};
+                                        addFindCommand(app),
+                                        addSiteCommand(app), addDocsetCommand(app)};
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& e) {

@@ -138,7 +138,7 @@ SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver cons
     auto work = [&] {
         for (std::size_t i = next++; i < pages.size(); i = next++) {
             try {
-                SitePageView const view{report.paths[i], &report.paths, &resolve, options.title, options.lang};
+                SitePageView const view{i, report.paths[i], &report.paths, &resolve, options.title, options.lang};
                 rendered[i] = renderSitePage(*pages[i].page, view, options.templates);
                 writeFile(options.output, report.paths[i], rendered[i].html, pageErrors[i]);
                 rendered[i].html.clear();

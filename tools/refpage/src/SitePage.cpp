@@ -5,6 +5,7 @@
 #include <refpage/SitePage.hpp>
 #include <refpage/SitePaths.hpp>
 #include <refpage/Utf.hpp>
+#include <set>
 
 #include "SiteMustache.hpp"
 
@@ -30,13 +31,13 @@ std::string joined(std::vector<std::u16string> const& values) {
 /// Builds the template data of one page, collecting the links that lead nowhere.
 class PageContext {
 public:
-    PageContext(SitePageView const& view) : view_(view) {}
+    explicit PageContext(SitePageView const& view) : view_(view), ids_{"description", "main", "search-box", "search-results"} {}
 
     /// A link (the `link` partial's data): href set only for a page of the set or a web URL.
     mstch::map link(std::string const& text, std::u16string const& target, std::string pointer) {
         mstch::map out{{"text", text}, {"kind", std::string("text")}};
         std::string const url = utf8(target);
-        SiteLink const resolved = (*view_.resolve)(url);
+        SiteLink const resolved = resolve(url);
         switch (resolved.kind) {
             case SiteLink::Kind::Empty: break;
             case SiteLink::Kind::External:
@@ -46,7 +47,9 @@ public:
                 }
                 break;
             case SiteLink::Kind::Page:
-                if (resolved.page < view_.pagePaths->size()) {
+                if (resolved.page == view_.index && !resolved.fragment.empty()) {
+                    out["href"] = "#" + percentEncode(resolved.fragment, true);
+                } else if (resolved.page < view_.pagePaths->size()) {
                     std::string href = relativeUrl(view_.path, (*view_.pagePaths)[resolved.page]);
                     if (!resolved.fragment.empty()) href += "#" + percentEncode(resolved.fragment, true);
                     out["href"] = href;
@@ -62,14 +65,30 @@ public:
 
     template <class Record>
     mstch::map row(Record const& record, std::string pointer, mstch::array cells) {
-        return mstch::map{{"name", link(utf8(record.getName()), record.getHref(), pointer + "/Href")},
-                          {"cells", std::move(cells)}};
+        mstch::map out{{"name", link(utf8(record.getName()), record.getHref(), pointer + "/Href")},
+                       {"cells", std::move(cells)}};
+        anchor(out, record.getHref());
+        return out;
+    }
+
+    /// Sets `item["id"]` to the fragment of `target` when it leads into this page and is not taken.
+    void anchor(mstch::map& item, std::u16string const& target) {
+        SiteLink const resolved = resolve(utf8(target));
+        if (resolved.kind == SiteLink::Kind::Page && resolved.page == view_.index && !resolved.fragment.empty() &&
+            ids_.insert(resolved.fragment).second)
+            item["id"] = resolved.fragment;
     }
 
     std::vector<std::string> unresolved;
 
 private:
+    SiteLink resolve(std::string const& url) const {
+        if (url.starts_with("#")) return {SiteLink::Kind::Page, view_.index, url.substr(1)};
+        return (*view_.resolve)(url);
+    }
+
     SitePageView const& view_;
+    std::set<std::string> ids_;  ///< ids given so far; "description" is the template's own
 };
 
 mstch::map tablePart(std::string subtitle, mstch::array columns, mstch::array rows) {
@@ -202,6 +221,7 @@ RenderedPage renderSitePage(RefItem const& page, SitePageView const& view, SiteT
     for (std::size_t i = 0; i < exampleRecords.size(); ++i) {
         auto const& example = exampleRecords[i];
         mstch::map item;
+        context.anchor(item, example.getUrl());
         std::string title = utf8(example.getTitle());
         if (title.empty() && !example.getUrl().empty()) title = utf8(example.getUrl());
         if (!title.empty())

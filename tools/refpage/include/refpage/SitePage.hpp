@@ -24,6 +24,7 @@ using SiteLinkResolver = std::function<SiteLink(std::string_view link)>;
 
 /// What a page needs to know of the site it is part of. Everything is borrowed.
 struct SitePageView {
+    std::size_t index;                           ///< this page's index in `pagePaths`
     std::string_view path;                       ///< this page's site path ("reference/a.html")
     std::vector<std::string> const* pagePaths;   ///< every page's site path, by page index
     SiteLinkResolver const* resolve;             ///< the doc set's link resolution
@@ -43,7 +44,9 @@ inline constexpr std::string_view siteContentSecurityPolicy =
 /// The page's title: its first entity's name, or its Href when it names none.
 std::string sitePageTitle(reference::property::RefItem const& page);
 
-/// Renders `page` with `templates.page`. Throws std::exception when a template is broken.
+/// Renders `page` with `templates.page`. A link of only "#fragment" leads into this
+/// page. A table row or example whose own link leads into this page takes that link's
+/// fragment as its `id` (the first one to claim it), so such links have a target. Throws std::exception when a template is broken.
 RenderedPage renderSitePage(reference::property::RefItem const& page, SitePageView const& view,
                             SiteTemplates const& templates);
 

@@ -1,11 +1,12 @@
 #include <algorithm>
+#include <array>
 #include <ovrin/array.hpp>
-#include <ovrin/ocos.hpp>
 #include <reference/glue/Enumerations.hpp>
 #include <reference/property/DeprecationStatus.hpp>
 #include <reference/property/FunctionType.hpp>
 #include <reference/property/RefEntityType.hpp>
 #include <reference/property/SyntaxType.hpp>
+#include <reference/utils/HostObjects.hpp>
 
 namespace reference::glue {
 
@@ -13,14 +14,44 @@ namespace {
 
 using namespace reference::property;
 
+#define REFERENCE_GLUE_MEMBER(Name, number, key, text) EnumerationMember{number, key, text},
+#define REFERENCE_GLUE_DEFAULT_KEY(Name, number, key, text) key
+
+/// Every member of `Enumeration` and its default member's key, expanded from the class's member list.
 template <class Enumeration>
-EnumerationInfo makeInfo(typename Enumeration::Value lastMember, std::string_view defaultKey) {
+struct MemberList;
+
+#define REFERENCE_GLUE_MEMBER_LIST(Class, MEMBERS)                                                     \
+    template <>                                                                                        \
+    struct MemberList<Class> {                                                                         \
+        static constexpr EnumerationMember members[] = {MEMBERS(REFERENCE_GLUE_MEMBER, REFERENCE_GLUE_MEMBER)}; \
+        static constexpr std::string_view defaultKey =                                                 \
+            MEMBERS(REFERENCE_PROPERTY_SKIP_MEMBER, REFERENCE_GLUE_DEFAULT_KEY);                       \
+    };
+
+REFERENCE_GLUE_MEMBER_LIST(DeprecationStatus, REFERENCE_PROPERTY_DEPRECATION_STATUS_MEMBERS)
+REFERENCE_GLUE_MEMBER_LIST(FunctionType, REFERENCE_PROPERTY_FUNCTION_TYPE_MEMBERS)
+REFERENCE_GLUE_MEMBER_LIST(RefEntityType, REFERENCE_PROPERTY_REF_ENTITY_TYPE_MEMBERS)
+REFERENCE_GLUE_MEMBER_LIST(SyntaxType, REFERENCE_PROPERTY_SYNTAX_TYPE_MEMBERS)
+
+/// True when the members are numbered 0, 1, 2, ... in order, which hasMember and keyOf rely on.
+constexpr bool numberedInOrder(std::span<EnumerationMember const> members) {
+    for (std::size_t i = 0; i < members.size(); ++i)
+        if (members[i].value != i) return false;
+    return true;
+}
+
+template <class Enumeration>
+EnumerationInfo makeInfo() {
+    using List = MemberList<Enumeration>;
+    static_assert(numberedInOrder(List::members), "members must be numbered 0, 1, 2, ... in order");
     EnumerationInfo info;
     info.qualifiedName = std::string(Enumeration::getOCOSNamespaceName()) + "." + Enumeration::getOCOSClassName();
     info.className = Enumeration::getOCOSClassName();
     info.identity = ocos::internal::makeInterned(info.qualifiedName);
-    info.memberCount = static_cast<std::uint32_t>(lastMember) + 1;
-    info.defaultKey = defaultKey;
+    info.members = List::members;
+    info.memberCount = static_cast<std::uint32_t>(std::size(List::members));
+    info.defaultKey = List::defaultKey;
     info.keyToValue = [](std::string_view key) -> std::uint32_t { return Enumeration::stringToEnum(key); };
     info.displayText = [](std::uint32_t value) {
         return Enumeration::enumToString(static_cast<typename Enumeration::Value>(value));
@@ -30,41 +61,36 @@ EnumerationInfo makeInfo(typename Enumeration::Value lastMember, std::string_vie
 
 }  // namespace
 
-bool EnumerationInfo::namesMember(std::string_view key) const {
-    // Every text that is no key maps to the default, so only the default's own key may give it.
-    std::uint32_t const value = keyToValue(key);
-    return key == defaultKey || value != keyToValue(defaultKey);
+bool EnumerationInfo::namesMember(std::string_view key) const noexcept {
+    return std::any_of(members.begin(), members.end(), [key](EnumerationMember const& member) { return member.key == key; });
 }
 
-template <>
-EnumerationInfo const& enumerationInfo<DeprecationStatus>() {
-    static EnumerationInfo const info = makeInfo<DeprecationStatus>(DeprecationStatus::Deny, "current");
+std::optional<std::string_view> EnumerationInfo::keyOf(std::uint32_t value) const noexcept {
+    if (!hasMember(value)) return std::nullopt;
+    return members[value].key;
+}
+
+template <class Enumeration>
+EnumerationInfo const& enumerationInfo() {
+    static EnumerationInfo const info = makeInfo<Enumeration>();
     return info;
 }
 
-template <>
-EnumerationInfo const& enumerationInfo<FunctionType>() {
-    static EnumerationInfo const info = makeInfo<FunctionType>(FunctionType::NA, "n/a");
-    return info;
-}
+template EnumerationInfo const& enumerationInfo<DeprecationStatus>();
+template EnumerationInfo const& enumerationInfo<FunctionType>();
+template EnumerationInfo const& enumerationInfo<RefEntityType>();
+template EnumerationInfo const& enumerationInfo<SyntaxType>();
 
-template <>
-EnumerationInfo const& enumerationInfo<RefEntityType>() {
-    static EnumerationInfo const info = makeInfo<RefEntityType>(RefEntityType::Unknown, "");
-    return info;
-}
-
-template <>
-EnumerationInfo const& enumerationInfo<SyntaxType>() {
-    static EnumerationInfo const info = makeInfo<SyntaxType>(SyntaxType::NA, "n/a");
-    return info;
+std::span<EnumerationInfo const* const> allEnumerations() {
+    static std::array<EnumerationInfo const*, 4> const all{&enumerationInfo<DeprecationStatus>(),
+                                                           &enumerationInfo<FunctionType>(),
+                                                           &enumerationInfo<RefEntityType>(),
+                                                           &enumerationInfo<SyntaxType>()};
+    return all;
 }
 
 HostArrayPtr constructEnumeration(EnumerationInfo const& info, std::span<std::uint32_t const> values) {
-    HostArrayPtr const numbers(matrix::detail::do_create_uninitnumeric(1, values.size(), oxUINT32_CLASS, false), false);
-    if (!values.empty()) std::copy(values.begin(), values.end(), static_cast<std::uint32_t*>(oxGetData(numbers.get())));
-    oxArray_tag const* const arguments[] = {numbers.get()};
-    return HostArrayPtr(omConstructObjectWithClient(info.identity, 1, arguments, COSGetPublicClient()), false);
+    return utils::constructEnumerationObject(values, [&info]() -> std::string const& { return info.qualifiedName; });
 }
 
 std::span<std::uint32_t const> enumerationValues(oxArray_tag const* object) {

@@ -5,30 +5,29 @@
 #include "bridge/ClassIdentity.hpp"
 
 #include <reference/property/HostArray.hpp>
+#include <reference/utils/HostObjects.hpp>
+#include <reference/utils/Properties.hpp>
 
 #include <cstdint>
-#include <string>
+#include <span>
 
 namespace reference::property::bridge {
 
-/// Getter core. Returns the cached array when there is one (the number is not looked at);
-/// otherwise constructs a host object of the class named by `qualifiedName()` from
-/// `number`, caches it and returns it. The result is borrowed from `cache`. A host
-/// failure propagates with the cache left as it was and no host array left behind.
-oxArray_tag const* accessEnumNumberCache(HostArrayPtr& cache, std::uint32_t number, std::string (*qualifiedName)());
-
-/// Setter core, first half: the number of the one element under a non-null `value`, as it
-/// is (no range check). Throws RequireScalar unless `value` stands on exactly one element.
+/// Setter core: the number of the one element under a non-null `value`, as it is (no range
+/// check). Throws RequireScalar unless `value` stands on exactly one element.
 std::uint32_t readScalarNumber(oxArray_tag const* value);
 
-/// Setter core, second half: `cache` takes a shared handle to `value` itself, releasing the old one.
-void cacheAssignedValue(oxArray_tag const* value, HostArrayPtr& cache);
-
-/// The getter of an enumeration property of `Enum`: see accessEnumNumberCache.
+/// The getter of an enumeration property of `Enum`. Returns the cached array when there is one
+/// (the number is not looked at); otherwise constructs a host object of `Enum`'s class from
+/// `value`, its class name built and interned afresh, caches it and returns it. The result is
+/// borrowed from `cache`. A host failure propagates with the cache left as it was and no host
+/// array left behind.
 template <class Enum>
 oxArray_tag const* accessEnumCache(HostArrayPtr& cache, typename Enum::Value value) {
-    if (cache) return cache.get();  // a filled cache costs no further call
-    return accessEnumNumberCache(cache, static_cast<std::uint32_t>(value), &qualifiedClassName<Enum>);
+    if (cache) return cache.get();
+    std::uint32_t const number = value;
+    cache = utils::constructEnumerationObject(std::span(&number, 1), [] { return qualifiedClassName<Enum>(); });
+    return cache.get();
 }
 
 /// The setter of an enumeration property of `Enum`. Null `value`: nothing happens. Anything
@@ -38,7 +37,7 @@ template <class Enum>
 void setEnumAndCache(oxArray_tag const* value, HostArrayPtr& cache, typename Enum::Value& field) {
     if (value == nullptr) return;
     field = static_cast<typename Enum::Value>(readScalarNumber(value));
-    cacheAssignedValue(value, cache);
+    cache = utils::copyOxArrayToSharedOxArrayPtr(value);
 }
 
 }  // namespace reference::property::bridge

@@ -7,6 +7,8 @@
 #include "CopyInPlace.hpp"
 
 #include <reference/property/HostArray.hpp>
+#include <reference/utils/HostObjects.hpp>
+#include <reference/utils/Properties.hpp>
 
 #include <ovrin/array.hpp>
 #include <ovrin/ocos.hpp>
@@ -39,16 +41,13 @@ using ObjectReader = std::variant<ArrayReader<T>, ElementAccessor<T>>;
 template <class Field>
 using FieldWriter = std::function<HostArrayPtr(Field const&)>;
 
-/// Scope value of a host array that outlives the call building it (every cached array).
-inline constexpr int scopedArrayScope = 6;
 /// Scope value of an array built without the scoped flag.
 inline constexpr int unscopedArrayScope = 4;
 
 /// The host identity of `T`'s class, interned afresh; the null identity for an empty name.
 template <class T>
 ocos::ClassIdentity classIdentity() {
-    std::string const name = qualifiedClassName<T>();
-    return name.empty() ? ocos::internal::nullValue() : ocos::internal::makeInterned(name);
+    return utils::internedIdentity(qualifiedClassName<T>());
 }
 
 /// The native record wrapped by element `index` of `array`. Borrowed: the host object keeps
@@ -82,7 +81,7 @@ ocos::COSInterfacePtr wrapNativeCopy(T const& record) {
 }
 
 /// A new 1-by-N host object array of `T`'s class, one object per record, marked internal;
-/// scope 6 when `scoped`, else 4. A failure destroys the partly filled array.
+/// scope utils::cachedArrayScope when `scoped`, else 4. A failure destroys the partly filled array.
 template <class T>
 HostArrayPtr createObjectArray(std::vector<T> const& records, bool scoped) {
     matrix::unique_array array = matrix::from_ovrin(omCreateOCOSMatrix(1, records.size(), classIdentity<T>()));
@@ -91,7 +90,7 @@ HostArrayPtr createObjectArray(std::vector<T> const& records, bool scoped) {
         omSetArrayElement(array.get(), i, element);
     }
     ocosConvertArrayToInternalInPlace(array.get(), true);
-    oxSetArrayScope(array.get(), scoped ? scopedArrayScope : unscopedArrayScope);
+    oxSetArrayScope(array.get(), scoped ? utils::cachedArrayScope : unscopedArrayScope);
     return HostArrayPtr(array.release(), false);
 }
 

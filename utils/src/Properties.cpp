@@ -5,14 +5,11 @@
 namespace reference::utils {
 namespace {
 
-/// Scope value of every string array built here: the one object arrays of the records carry too.
-constexpr int stringArrayScope = 6;
-
 /// A new 1-by-N host string array holding `texts`, with its single reference in the result.
 boost::intrusive_ptr<oxArray_tag const> buildStringArray(std::vector<std::u16string> const& texts) {
     matrix::unique_array array = matrix::from_ovrin(oxCreateStringArray(1, texts.size()));
     for (std::size_t i = 0; i < texts.size(); ++i) oxSetStringElement(array.get(), i, texts[i]);
-    oxSetArrayScope(array.get(), stringArrayScope);
+    oxSetArrayScope(array.get(), cachedArrayScope);
     return boost::intrusive_ptr<oxArray_tag const>(array.release(), false);
 }
 

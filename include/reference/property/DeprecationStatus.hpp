@@ -1,11 +1,21 @@
 // How far a documented item is on its way out.
 #pragma once
 
+#include <reference/property/EnumerationMembers.hpp>
 #include <reference/property/Export.hpp>
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+/// Every member: enumerator, number, key, display text; DEFAULT marks the default member.
+#define REFERENCE_PROPERTY_DEPRECATION_STATUS_MEMBERS(MEMBER, DEFAULT) \
+    DEFAULT(Current,  0,  "current",  "Current")  \
+    MEMBER (Announce, 1,  "announce", "Announce") \
+    MEMBER (Warn,     2,  "warn",     "Warn")     \
+    MEMBER (Error,    3,  "error",    "Error")    \
+    MEMBER (Delete,   4,  "delete",   "Delete")   \
+    MEMBER (Deny,     5,  "deny",     "Deny")
 
 namespace reference::property {
 
@@ -13,12 +23,7 @@ class REFERENCE_PROPERTY_API DeprecationStatus {
 public:
     /// Numbered from 0; any 32-bit number may be stored, members or not.
     enum Value : std::uint32_t {
-        Current = 0,   ///< key "current"
-        Announce = 1,  ///< key "announce"
-        Warn = 2,      ///< key "warn"
-        Error = 3,     ///< key "error"
-        Delete = 4,    ///< key "delete"
-        Deny = 5,      ///< key "deny"
+        REFERENCE_PROPERTY_DEPRECATION_STATUS_MEMBERS(REFERENCE_PROPERTY_ENUMERATOR, REFERENCE_PROPERTY_ENUMERATOR)
     };
 
     DeprecationStatus() = delete;

@@ -1,11 +1,22 @@
 // What kind of callable a function page documents.
 #pragma once
 
+#include <reference/property/EnumerationMembers.hpp>
 #include <reference/property/Export.hpp>
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+/// Every member: enumerator, number, key, display text; DEFAULT marks the default member.
+#define REFERENCE_PROPERTY_FUNCTION_TYPE_MEMBERS(MEMBER, DEFAULT) \
+    MEMBER (Simple,         0,  "simple",         "Simple")          \
+    MEMBER (Constructor,    1,  "constructor",    "Constructor")     \
+    MEMBER (InstanceMethod, 2,  "instancemethod", "Instance_Method") \
+    MEMBER (AppLauncher,    3,  "applauncher",    "App_Launcher")    \
+    MEMBER (ToolLauncher,   4,  "toollauncher",   "Tool_Launcher")   \
+    MEMBER (StaticMethod,   5,  "staticmethod",   "Static_Method")   \
+    DEFAULT(NA,             6,  "n/a",            "NA")
 
 namespace reference::property {
 
@@ -13,13 +24,7 @@ class REFERENCE_PROPERTY_API FunctionType {
 public:
     /// Numbered from 0; any 32-bit number may be stored, members or not.
     enum Value : std::uint32_t {
-        Simple = 0,          ///< key "simple"
-        Constructor = 1,     ///< key "constructor"
-        InstanceMethod = 2,  ///< key "instancemethod"
-        AppLauncher = 3,     ///< key "applauncher"
-        ToolLauncher = 4,    ///< key "toollauncher"
-        StaticMethod = 5,    ///< key "staticmethod"
-        NA = 6,              ///< key "n/a"; the default
+        REFERENCE_PROPERTY_FUNCTION_TYPE_MEMBERS(REFERENCE_PROPERTY_ENUMERATOR, REFERENCE_PROPERTY_ENUMERATOR)
     };
 
     FunctionType() = delete;

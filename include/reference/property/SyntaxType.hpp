@@ -1,11 +1,18 @@
 // What kind of syntax a syntax group or argument belongs to.
 #pragma once
 
+#include <reference/property/EnumerationMembers.hpp>
 #include <reference/property/Export.hpp>
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+/// Every member: enumerator, number, key, display text; DEFAULT marks the default member.
+#define REFERENCE_PROPERTY_SYNTAX_TYPE_MEMBERS(MEMBER, DEFAULT) \
+    MEMBER (CreateObject, 0,  "createobject", "CreateObject") \
+    MEMBER (Usage,        1,  "usage",        "Usage")        \
+    DEFAULT(NA,           2,  "n/a",          "NA")
 
 namespace reference::property {
 
@@ -13,9 +20,7 @@ class REFERENCE_PROPERTY_API SyntaxType {
 public:
     /// Numbered from 0; any 32-bit number may be stored, members or not.
     enum Value : std::uint32_t {
-        CreateObject = 0,  ///< key "createobject"
-        Usage = 1,         ///< key "usage"
-        NA = 2,            ///< key "n/a"; the default
+        REFERENCE_PROPERTY_SYNTAX_TYPE_MEMBERS(REFERENCE_PROPERTY_ENUMERATOR, REFERENCE_PROPERTY_ENUMERATOR)
     };
 
     SyntaxType() = delete;

@@ -13,6 +13,9 @@
 
 namespace reference::utils {
 
+/// Scope value of every host array a record keeps in a cache: string lists and object arrays alike.
+inline constexpr int cachedArrayScope = 6;
+
 /// Assigns `*value` to `member`. A null `value` changes nothing and throws nothing,
 /// the same rule as every pointer-taking property setter of the reference records.
 REFERENCE_UTILS_API void setStringProperty(std::u16string& member, std::u16string const* value);

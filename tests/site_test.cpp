@@ -32,6 +32,7 @@ TEST(SitePaths, UnsafeHrefsAreRefused) {
         EXPECT_FALSE(safePagePath(href)) << href;
     EXPECT_EQ(safePagePath("reference/generated/numpy.sort.html#top"), "reference/generated/numpy.sort.html");
     EXPECT_EQ(safePagePath("päge 1.HTM"), "päge 1.HTM");
+    EXPECT_FALSE(safePagePath(std::string(300, 'x') + ".html"));
 }
 
 TEST(SitePaths, ClashingAndUnusableHrefsGetDistinctDerivedPaths) {

@@ -5,6 +5,7 @@
 #include <exception>
 #include <fstream>
 #include <map>
+#include <set>
 #include <nlohmann/json.hpp>
 #include <refpage/PageLookup.hpp>
 #include <refpage/Site.hpp>
@@ -27,16 +28,29 @@ std::string lowered(std::string text) {
     return text;
 }
 
-/// Writes `text` to `root / path`, making its folders; an error names the file.
+std::filesystem::path sitePath(std::filesystem::path const& root, std::string_view path) {
+    return root / std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+/// Makes the folder of every path once, before any file is written; an error names the folder.
+void makeFolders(std::filesystem::path const& root, std::vector<std::string> const& paths, PageErrors& errors) {
+    std::set<std::filesystem::path> folders{root, sitePath(root, siteAssetFolder)};
+    for (auto const& path : paths) folders.insert(sitePath(root, path).parent_path());
+    for (auto const& folder : folders) {
+        std::error_code ec;
+        std::filesystem::create_directories(folder, ec);
+        if (ec) errors.push_back({folder.string(), "", fmt::format("cannot make the folder: {}", ec.message())});
+    }
+}
+
+/// Writes `text` to `root / path`, whose folder exists; an error names the file.
 bool writeFile(std::filesystem::path const& root, std::string_view path, std::string const& text, PageErrors& errors) {
-    std::filesystem::path const file = root / std::filesystem::path(std::u8string(path.begin(), path.end()));
-    std::error_code ec;
-    std::filesystem::create_directories(file.parent_path(), ec);
+    std::filesystem::path const file = sitePath(root, path);
     std::ofstream out(file, std::ios::binary | std::ios::trunc);
     out.write(text.data(), static_cast<std::streamsize>(text.size()));
     out.close();
     if (!out) {
-        errors.push_back({file.string(), "", ec ? fmt::format("cannot write: {}", ec.message()) : "cannot write"});
+        errors.push_back({file.string(), "", "cannot write"});
         return false;
     }
     return true;
@@ -132,6 +146,7 @@ std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vec
 SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
                      SiteOptions const& options) {
     SiteReport report = planSite(pages);
+    makeFolders(options.output, report.paths, report.errors);
     std::vector<RenderedPage> rendered(pages.size());
     std::vector<PageErrors> pageErrors(pages.size());
     std::atomic<std::size_t> next{0};

@@ -48,10 +48,15 @@ public:
                 break;
             case SiteLink::Kind::Page:
                 if (resolved.page == view_.index && !resolved.fragment.empty()) {
-                    out["href"] = "#" + percentEncode(resolved.fragment, true);
+                    std::string href(1, '#');
+                    href += percentEncode(resolved.fragment, true);
+                    out["href"] = std::move(href);
                 } else if (resolved.page < view_.pagePaths->size()) {
                     std::string href = relativeUrl(view_.path, (*view_.pagePaths)[resolved.page]);
-                    if (!resolved.fragment.empty()) href += "#" + percentEncode(resolved.fragment, true);
+                    if (!resolved.fragment.empty()) {
+                        href += '#';
+                        href += percentEncode(resolved.fragment, true);
+                    }
                     out["href"] = href;
                 }
                 break;

@@ -15,7 +15,7 @@ inline constexpr std::string_view siteIndexPath = "index.html";
 inline constexpr std::string_view siteAssetFolder = "_site/";
 
 /// `path` when it is a safe relative file path: not empty, not absolute, no ".", ".." or
-/// empty segment, no backslash, ':', '?', '#' or control character.
+/// empty segment, no segment over 200 bytes, no backslash, ':', '?', '#' or control character.
 std::optional<std::string> safeRelativePath(std::string_view path);
 
 /// `href` without its fragment when it is a usable page path: not empty, relative,

@@ -4,7 +4,7 @@ from file:// into headless Chromium (through chromedriver), read back from the D
 searched with the keyboard, attacked with hostile page text, photographed at two
 widths, and the docset's index checked against its documents.
 
-usage: site_browser_test.py --refpage BIN --artifacts DIR [--corpus DIR] [unittest args]
+usage: site_browser_test.py --refpage BIN --artifacts DIR [--pagegen BIN] [--corpus DIR] [unittest args]
 Exits 77 (skipped) only when Chromium cannot start."""
 import argparse
 import os
@@ -278,6 +278,51 @@ class Docset(unittest.TestCase):
         self.assertEqual(BROWSER.title, "Demo <Docs>")
 
 
+class GeneratedSite(unittest.TestCase):
+    """A set written by pagegen: deprecated pages, broken links, clashing Hrefs, non-ASCII text."""
+
+    @classmethod
+    def setUpClass(cls):
+        if not ARGS.pagegen:
+            raise unittest.SkipTest("no pagegen given")
+        source = os.path.join(WORK, "generated-pages")
+        subprocess.run([ARGS.pagegen, "--seed", "7", "--pages", "150", "--deprecated", "0.1", "--broken-links",
+                        "0.05", "--duplicate-hrefs", "0.03", "-o", source], check=True, capture_output=True)
+        cls.names = [name[:-len(".json")].rsplit("_", 1)[0] if name.rsplit("_", 1)[-1][:-5].isdigit()
+                     else name[:-len(".json")] for name in sorted(os.listdir(source))]
+        cls.site = os.path.join(WORK, "generated-site")
+        cls.report = refpage("site", source, "-o", cls.site, "-q", "-j", "2").stderr
+
+    def test_every_page_renders_and_its_links_lead_to_files(self):
+        files = sorted(str(path) for path in pathlib.Path(self.site).rglob("*.html"))
+        self.assertEqual(len(files), 150 + 1)
+        for file in files[:: max(1, len(files) // 12)]:
+            open_page(file)
+            self.assertTrue(BROWSER.execute_script("return document.querySelector('h1').textContent.length > 0"))
+            for href in BROWSER.execute_script("return [...document.querySelectorAll('a')].map(a => a.href)"):
+                if href.startswith("file:"):
+                    self.assertTrue(os.path.isfile(href[len("file://"):].partition("#")[0]), href)
+            self.assertEqual(console_errors(), [], file)
+
+    def test_search_lists_exact_last_component_matches_first(self):
+        leaves = {}
+        for name in self.names:
+            leaves.setdefault(name.rsplit(".", 1)[-1], set()).add(name)
+        leaf, exact = max(sorted(leaves.items()), key=lambda item: len(item[1]))
+        open_page(os.path.join(self.site, "index.html"))
+        box = BROWSER.find_element("id", "search-box")
+        box.send_keys(leaf)
+        hits = BROWSER.execute_script("return [...document.querySelectorAll('#search-results .hit-name')]"
+                                      ".map(e => e.textContent)")
+        top = hits[:len(exact)]
+        self.assertTrue(all(hit.rsplit(".", 1)[-1] == leaf for hit in top), (leaf, hits))
+        self.assertEqual(set(top), exact)
+        from selenium.webdriver.common.keys import Keys
+        box.send_keys(Keys.ENTER)
+        self.assertEqual(BROWSER.execute_script("return document.querySelector('h1').firstChild.textContent"),
+                         hits[0] + " ")
+
+
 class CorpusSite(unittest.TestCase):
     """The real sample set: every page written, links lead to files, search finds pages."""
 
@@ -306,6 +351,7 @@ def main():
     parser.add_argument("--refpage", required=True)
     parser.add_argument("--artifacts", required=True)
     parser.add_argument("--corpus", default="")
+    parser.add_argument("--pagegen", default="")
     ARGS, rest = parser.parse_known_args()
     if ARGS.corpus:
         os.environ["REFPAGE_CORPUS"] = ARGS.corpus

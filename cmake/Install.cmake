@@ -1,17 +1,30 @@
-# Installs headers, the three shared libraries and a CMake package, so that
-# find_package(reference_property) and linking reference::property works elsewhere.
+# What `cmake --install` puts in a prefix:
+#   bin/refpage, and its man page refpage.1 (made by help2man from the built tool);
+#   the shared libraries reference_property, reference_utils and ovrin_host (the stand-in host runtime);
+#   their public headers, with the generated reference/property/Version.hpp;
+#   a CMake package (reference::property, reference::utils, reference::host) and a pkg-config file;
+#   the licence.
+# Not installed: the page library and the glue (static, built for the tool, tests, benchmarks and
+# fuzzers), the host's test hooks, the page generator.
 include(CMakePackageConfigHelpers)
 
-# Installed libraries find each other beside themselves, wherever the prefix is.
-set_target_properties(reference_property reference_utils ovrin_host PROPERTIES INSTALL_RPATH "$ORIGIN")
+set(REFPROP_INSTALLED_LIBRARIES reference_property reference_utils ovrin_host)
+# Installed libraries find each other beside themselves, and the tool finds them beside its own
+# folder, wherever the prefix is.
+set_target_properties(${REFPROP_INSTALLED_LIBRARIES} PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(ovrin_host PROPERTIES EXPORT_NAME host)
+set_target_properties(reference_utils PROPERTIES EXPORT_NAME utils)
+set_target_properties(reference_property PROPERTIES EXPORT_NAME property)
 
-install(TARGETS reference_property reference_utils ovrin_host
+install(TARGETS ${REFPROP_INSTALLED_LIBRARIES}
   EXPORT reference_propertyTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(DIRECTORY include/ host/include/ utils/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(FILES ${REFPROP_VERSION_HEADER} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/reference/property)
+
 install(EXPORT reference_propertyTargets
   NAMESPACE reference::
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/reference_property)
@@ -23,3 +36,34 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/reference_propertyConfigV
 install(FILES ${PROJECT_BINARY_DIR}/reference_propertyConfig.cmake
   ${PROJECT_BINARY_DIR}/reference_propertyConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/reference_property)
+
+# pkg-config: the prefix is found from the .pc file's own place, so the tree can move.
+file(RELATIVE_PATH REFPROP_PC_TO_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+string(REGEX REPLACE "/$" "" REFPROP_PC_TO_PREFIX "${REFPROP_PC_TO_PREFIX}")
+configure_file(cmake/reference_property.pc.in ${PROJECT_BINARY_DIR}/reference_property.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/reference_property.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/reference-property)
+
+if(TARGET refpage)
+  file(RELATIVE_PATH REFPROP_BIN_TO_LIB /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(refpage PROPERTIES INSTALL_RPATH "$ORIGIN/${REFPROP_BIN_TO_LIB}")
+  install(TARGETS refpage RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+
+  find_program(REFPROP_HELP2MAN help2man)
+  if(REFPROP_HELP2MAN)
+    set(REFPROP_MAN_PAGE ${PROJECT_BINARY_DIR}/man/refpage.1)
+    add_custom_command(OUTPUT ${REFPROP_MAN_PAGE}
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/man
+      COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:refpage> -DHELP2MAN=${REFPROP_HELP2MAN}
+        "-DNAME=show, convert, check and search documentation reference pages" -DVERSION=${PROJECT_VERSION}
+        -DOUTPUT=${REFPROP_MAN_PAGE} -P ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
+      DEPENDS refpage ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
+      COMMENT "Writing the man page refpage.1 with help2man"
+      VERBATIM)
+    add_custom_target(refpage_man ALL DEPENDS ${REFPROP_MAN_PAGE})
+    install(FILES ${REFPROP_MAN_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  else()
+    message(WARNING "help2man not found: refpage.1 is neither built nor installed (scripts/setup.sh installs it)")
+  endif()
+endif()

@@ -23,21 +23,47 @@ stage_tsan() {
   TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 build/tsan/tests/concurrency_test
 }
 
-# libFuzzer under ASan/UBSan: each target for about a minute from real-page seeds; a crash
-# fails the stage and leaves its reproducer in fuzz/regressions/<target>/ for the replay test.
+# The shared corpus of real pages, used when it is beside the checkout.
+corpus="${REFPROP_SHARED_DIR:-../shared}/corpus/numpy"
+
+# Writes a generated doc set of $3 pages with preset $1's pagegen into folder $2.
+generate_pages() {
+  cmake --build --preset "$1" -j2 --target pagegen
+  rm -rf "$2"
+  "build/$1/tools/pagegen/pagegen" --seed 1 --pages "$3" --broken-links 0.05 --duplicate-names 0.02 \
+    --duplicate-hrefs 0.02 --deprecated 0.05 --non-ascii 0.05 -o "$2"
+}
+
+# libFuzzer under ASan/UBSan: each target for about a minute from seeds of real pages, or of
+# generated pages without the corpus; a crash fails the stage and leaves its reproducer in
+# fuzz/regressions/<target>/ for the replay test.
 stage_fuzz() {
   cmake --preset fuzz
   cmake --build --preset fuzz -j2 --target page_loader_fuzzer refitem_operations_fuzzer
-  bash fuzz/run_fuzzers.sh build/fuzz 60
+  local seeds=$corpus
+  if [ ! -d "$corpus" ]; then
+    echo "fuzz: no corpus at $corpus; seeding from generated pages"
+    seeds=build/fuzz/seed-pages
+    generate_pages fuzz "$seeds" 200
+  fi
+  bash fuzz/run_fuzzers.sh build/fuzz 60 "$seeds"
 }
 
-# Memory check of the main job: refpage check over every real page with the asan build's
-# tool and LeakSanitizer on; any error or leak fails it.
+# Memory check of the main job: refpage check with the asan build's tool and LeakSanitizer on,
+# over a generated doc set and over every real page when the corpus is there; any error or
+# leak fails it.
 stage_memcheck() {
   cmake --preset asan
   cmake --build --preset asan -j2 --target refpage
+  generate_pages asan build/asan/memcheck-pages 400
+  local folders=(build/asan/memcheck-pages)
+  if [ -d "$corpus" ]; then
+    folders+=("$corpus")
+  else
+    echo "memcheck: corpus skipped: no corpus at $corpus"
+  fi
   ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
-    build/asan/tools/refpage/refpage check "${REFPROP_SHARED_DIR:-../shared}/corpus/numpy"
+    build/asan/tools/refpage/refpage check "${folders[@]}"
 }
 
 STAGES=(setup dev asan tsan fuzz memcheck)

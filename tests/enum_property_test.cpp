@@ -96,8 +96,9 @@ TEST_F(EnumProperty, RequireScalarCarriesItsKeyAndCatalogTextAndKeepsItsTypeThro
     EXPECT_EQ(error.GetBaseMsgIDObj().key, "RequireScalar");
     EXPECT_TRUE(error.GetBaseMsgIDObj().arguments.empty());
     EXPECT_EQ(error.GetID(), "Ovrin:class:RequireScalar");
-    EXPECT_EQ(error.what(), catalogText);
-    EXPECT_EQ(error.what(), error.what()) << "one stable text";
+    char const* const first = error.what();
+    EXPECT_EQ(error.what(), first) << "the text is kept by the exception, not made again per call";
+    EXPECT_STREQ(first, catalogText.c_str()) << "the first text is still there after the second call";
     EXPECT_EQ(static_cast<std::exception const&>(error).what(), catalogText);
     EXPECT_EQ(error.GetUnicodeMessageTxt(), std::u16string(catalogText.begin(), catalogText.end()));
 

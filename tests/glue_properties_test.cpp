@@ -5,6 +5,7 @@
 #include "support/Vocabularies.hpp"
 
 #include <reference/glue/Properties.hpp>
+#include <reference/property/AppThumbnail.hpp>
 #include <reference/property/DeprecationStatus.hpp>
 #include <reference/property/RefEntityType.hpp>
 #include <reference/property/RefItem.hpp>
@@ -131,6 +132,23 @@ TEST_F(PropertyTables, EnumerationMembersAreTheKeysAndNumbersOfTheClass) {
     EXPECT_FALSE(entity.namesMember("functions"));
     EXPECT_TRUE(entity.hasMember(27));
     EXPECT_FALSE(entity.hasMember(28));
+}
+
+/// A host object of a class the glue has no table for is refused by its class, not read through another table.
+TEST_F(PropertyTables, AnObjectOfAClassWithNoTableIsRefused) {
+    std::string const name = "ovrin.internal.reference.property.Unlisted";
+    ocos::ClassDefinition unlisted;
+    unlisted.qualifiedName = name;
+    unlisted.nativeType = &typeid(reference::property::AppThumbnail);
+    unlisted.dispose = tableOf<reference::property::AppThumbnail>().dispose;
+    unlisted.makeDefault = tableOf<reference::property::AppThumbnail>().makeDefault;
+    ocos::COSClass::define(std::move(unlisted));
+    HostArrayPtr const object(
+        omConstructObjectWithClient(ocos::internal::makeInterned(name), 0, nullptr, COSGetPublicClient()), false);
+    ocos::COSInterface const& record = *objectOf(object.get()).get();
+    EXPECT_THROW(tableOf(record), std::invalid_argument);
+    EXPECT_THROW(getProperty(record, "FileRef"), std::invalid_argument);
+    EXPECT_THROW(setProperty(record, "FileRef", std::u16string(u"x")), std::invalid_argument);
 }
 
 /// The member view, keyOf and the library's two conversions agree with the tests' own table of each vocabulary.

@@ -1,7 +1,9 @@
 // Loads the corpus pages with the page format library: parsed, then built
-// through the host's property setters, as refpage does.
+// through the host's property setters, as refpage does. Without the shared
+// corpus, a generated doc set of the same size stands in for it.
 #include "support/Corpus.hpp"
 
+#include <pagegen/PageGen.hpp>
 #include <refpage/PageLoader.hpp>
 
 #include <algorithm>
@@ -10,6 +12,18 @@
 
 namespace bench {
 namespace {
+
+/// Pages of the stand-in doc set: as many as the shared corpus has, drawn from a fixed seed.
+constexpr std::size_t generatedPages = 961;
+
+/// The generated stand-in for the corpus, named "generated/<file>".
+std::vector<CorpusPage> generatedCorpus() {
+    std::vector<CorpusPage> pages;
+    for (pagegen::GeneratedPage& generated : pagegen::generateDocSet({.seed = 1, .pages = generatedPages}))
+        pages.push_back({"generated/" + generated.fileName, std::move(generated.json), {}});
+    std::sort(pages.begin(), pages.end(), [](CorpusPage const& a, CorpusPage const& b) { return a.path < b.path; });
+    return pages;
+}
 
 std::vector<CorpusPage> loadCorpus() {
     refpage::ensureHostClasses();
@@ -22,19 +36,25 @@ std::vector<CorpusPage> loadCorpus() {
     }
     std::sort(paths.begin(), paths.end());
     std::vector<CorpusPage> pages;
-    pages.reserve(paths.size());
-    for (auto const& path : paths) {
-        CorpusPage entry{path.string(), {}, {}};
-        refpage::PageError readError;
-        if (!refpage::readTextFile(path, entry.json, readError)) {
-            throw std::runtime_error("cannot read " + entry.path);
+    if (paths.empty()) {
+        pages = generatedCorpus();
+    } else {
+        pages.reserve(paths.size());
+        for (auto const& path : paths) {
+            CorpusPage entry{path.string(), {}, {}};
+            refpage::PageError readError;
+            if (!refpage::readTextFile(path, entry.json, readError)) {
+                throw std::runtime_error("cannot read " + entry.path);
+            }
+            pages.push_back(std::move(entry));
         }
+    }
+    for (CorpusPage& entry : pages) {
         refpage::LoadResult const loaded = refpage::loadPage(entry.json, entry.path);
         if (!loaded.ok()) {
             throw std::runtime_error("cannot load " + entry.path);
         }
         entry.page = refpage::nativePage(loaded.page.get()).copy();
-        pages.push_back(std::move(entry));
     }
     return pages;
 }

@@ -8,6 +8,8 @@
 #include <reference/property/SyntaxType.hpp>
 #include <reference/utils/HostObjects.hpp>
 
+#include "HostClassName.hpp"
+
 namespace reference::glue {
 
 namespace {
@@ -46,7 +48,7 @@ EnumerationInfo makeInfo() {
     using List = MemberList<Enumeration>;
     static_assert(numberedInOrder(List::members), "members must be numbered 0, 1, 2, ... in order");
     EnumerationInfo info;
-    info.qualifiedName = std::string(Enumeration::getOCOSNamespaceName()) + "." + Enumeration::getOCOSClassName();
+    info.qualifiedName = hostClassName<Enumeration>();
     info.className = Enumeration::getOCOSClassName();
     info.identity = ocos::internal::makeInterned(info.qualifiedName);
     info.members = List::members;

@@ -17,6 +17,7 @@
 #include <reference/property/SyntaxType.hpp>
 #include <string>
 
+#include "HostClassName.hpp"
 #include "PropertyEntries.hpp"
 
 namespace reference::glue {
@@ -26,13 +27,8 @@ namespace {
 using namespace reference::property;
 using namespace entries;
 
-/// RefItem declares no identity of its own; the host knows it under this name.
+/// RefItem declares no identity of its own; the host knows it under this name, and only here.
 constexpr std::string_view refItemClassName = "ovrin.internal.reference.property.RefItem";
-
-template <class Record>
-std::string qualifiedNameOf() {
-    return std::string(Record::getOCOSNamespaceName()) + "." + Record::getOCOSClassName();
-}
 
 template <class Record>
 PropertyTable makeTable(std::string qualifiedName, std::vector<PropertyEntry> entries) {
@@ -40,8 +36,16 @@ PropertyTable makeTable(std::string qualifiedName, std::vector<PropertyEntry> en
     table.identity = ocos::internal::makeInterned(qualifiedName);
     table.qualifiedName = std::move(qualifiedName);
     table.nativeType = &typeid(Record);
+    table.dispose = [](void* record) noexcept { delete static_cast<Record*>(record); };
+    table.makeDefault = []() -> void* { return new Record; };
     table.entries = std::move(entries);
     return table;
+}
+
+/// The table of a record class that names its own host class.
+template <class Record>
+PropertyTable makeTable(std::vector<PropertyEntry> entries) {
+    return makeTable<Record>(hostClassName<Record>(), std::move(entries));
 }
 
 /// Name, Purpose, Values and Href, which every kind of ObjectInfo shares, then the kind's own entries.
@@ -62,7 +66,6 @@ std::vector<PropertyEntry> withObjectInfo(std::initializer_list<PropertyEntry> o
 template <>
 PropertyTable const& tableOf<AppThumbnail>() {
     static PropertyTable const table = makeTable<AppThumbnail>(
-        qualifiedNameOf<AppThumbnail>(),
         {stringProperty<AppThumbnail, &AppThumbnail::getFileRefProperty, &AppThumbnail::setFileRefProperty>("FileRef"),
          stringProperty<AppThumbnail, &AppThumbnail::getAltProperty, &AppThumbnail::setAltProperty>("Alt")});
     return table;
@@ -71,7 +74,6 @@ PropertyTable const& tableOf<AppThumbnail>() {
 template <>
 PropertyTable const& tableOf<Example>() {
     static PropertyTable const table = makeTable<Example>(
-        qualifiedNameOf<Example>(),
         {stringProperty<Example, &Example::getTitleProperty, &Example::setTitleProperty>("Title"),
          stringProperty<Example, &Example::getUrlProperty, &Example::setUrlProperty>("Url"),
          stringProperty<Example, &Example::getOpenCommandProperty, &Example::setOpenCommandProperty>("OpenCommand")});
@@ -81,49 +83,40 @@ PropertyTable const& tableOf<Example>() {
 template <>
 PropertyTable const& tableOf<SeeAlso>() {
     static PropertyTable const table =
-        makeTable<SeeAlso>(qualifiedNameOf<SeeAlso>(),
-                           {stringProperty<SeeAlso, &SeeAlso::getNameProperty, &SeeAlso::setNameProperty>("Name"),
+        makeTable<SeeAlso>({stringProperty<SeeAlso, &SeeAlso::getNameProperty, &SeeAlso::setNameProperty>("Name"),
                             stringProperty<SeeAlso, &SeeAlso::getUrlProperty, &SeeAlso::setUrlProperty>("Url")});
     return table;
 }
 
 template <>
 PropertyTable const& tableOf<Input>() {
-    static PropertyTable const table = makeTable<Input>(
-        qualifiedNameOf<Input>(),
-        withObjectInfo<Input>(
-            {enumProperty<Input, SyntaxType, &Input::getSyntaxTypeProperty, &Input::setSyntaxTypeProperty>(
-                 "SyntaxType"),
-             stringProperty<Input, &Input::getDefaultValueProperty, &Input::setDefaultValueProperty>("DefaultValue"),
-             boolProperty<Input, &Input::getIsNameValuePairProperty, &Input::setIsNameValuePairProperty>(
-                 "IsNameValuePair")}));
+    static PropertyTable const table = makeTable<Input>(withObjectInfo<Input>(
+        {enumProperty<Input, SyntaxType, &Input::getSyntaxTypeProperty, &Input::setSyntaxTypeProperty>("SyntaxType"),
+         stringProperty<Input, &Input::getDefaultValueProperty, &Input::setDefaultValueProperty>("DefaultValue"),
+         boolProperty<Input, &Input::getIsNameValuePairProperty, &Input::setIsNameValuePairProperty>(
+             "IsNameValuePair")}));
     return table;
 }
 
 template <>
 PropertyTable const& tableOf<Output>() {
-    static PropertyTable const table = makeTable<Output>(
-        qualifiedNameOf<Output>(),
-        withObjectInfo<Output>(
-            {enumProperty<Output, SyntaxType, &Output::getSyntaxTypeProperty, &Output::setSyntaxTypeProperty>(
-                "SyntaxType")}));
+    static PropertyTable const table = makeTable<Output>(withObjectInfo<Output>(
+        {enumProperty<Output, SyntaxType, &Output::getSyntaxTypeProperty, &Output::setSyntaxTypeProperty>(
+            "SyntaxType")}));
     return table;
 }
 
 template <>
 PropertyTable const& tableOf<Parameter>() {
-    static PropertyTable const table = makeTable<Parameter>(
-        qualifiedNameOf<Parameter>(),
-        withObjectInfo<Parameter>(
-            {stringProperty<Parameter, &Parameter::getDefaultValueProperty, &Parameter::setDefaultValueProperty>(
-                "DefaultValue")}));
+    static PropertyTable const table = makeTable<Parameter>(withObjectInfo<Parameter>(
+        {stringProperty<Parameter, &Parameter::getDefaultValueProperty, &Parameter::setDefaultValueProperty>(
+            "DefaultValue")}));
     return table;
 }
 
 template <>
 PropertyTable const& tableOf<ClassProperty>() {
     static PropertyTable const table = makeTable<ClassProperty>(
-        qualifiedNameOf<ClassProperty>(),
         withObjectInfo<ClassProperty>({stringProperty<ClassProperty, &ClassProperty::getDefaultValueProperty,
                                                       &ClassProperty::setDefaultValueProperty>("DefaultValue")}));
     return table;
@@ -132,7 +125,6 @@ PropertyTable const& tableOf<ClassProperty>() {
 template <>
 PropertyTable const& tableOf<RefEntity>() {
     static PropertyTable const table = makeTable<RefEntity>(
-        qualifiedNameOf<RefEntity>(),
         {stringProperty<RefEntity, &RefEntity::getNameProperty, &RefEntity::setNameProperty>("Name"),
          enumProperty<RefEntity, RefEntityType, &RefEntity::getRefEntityTypeProperty,
                       &RefEntity::setRefEntityTypeProperty>("RefEntityType"),
@@ -144,7 +136,6 @@ PropertyTable const& tableOf<RefEntity>() {
 template <>
 PropertyTable const& tableOf<SyntaxGroup>() {
     static PropertyTable const table = makeTable<SyntaxGroup>(
-        qualifiedNameOf<SyntaxGroup>(),
         {stringProperty<SyntaxGroup, &SyntaxGroup::getTitleProperty, &SyntaxGroup::setTitleProperty>("Title"),
          enumProperty<SyntaxGroup, SyntaxType, &SyntaxGroup::getSyntaxTypeProperty,
                       &SyntaxGroup::setSyntaxTypeProperty>("SyntaxType"),
@@ -156,7 +147,6 @@ PropertyTable const& tableOf<SyntaxGroup>() {
 template <>
 PropertyTable const& tableOf<InputGroup>() {
     static PropertyTable const table = makeTable<InputGroup>(
-        qualifiedNameOf<InputGroup>(),
         {stringProperty<InputGroup, &InputGroup::getTitleProperty, &InputGroup::setTitleProperty>("Title"),
          objectArrayProperty<InputGroup, Input, &InputGroup::getInputsProperty, &InputGroup::setInputsProperty>(
              "Inputs")});
@@ -166,7 +156,6 @@ PropertyTable const& tableOf<InputGroup>() {
 template <>
 PropertyTable const& tableOf<ClassPropertyGroup>() {
     static PropertyTable const table = makeTable<ClassPropertyGroup>(
-        qualifiedNameOf<ClassPropertyGroup>(),
         {stringProperty<ClassPropertyGroup, &ClassPropertyGroup::getTitleProperty,
                         &ClassPropertyGroup::setTitleProperty>("Title"),
          objectArrayProperty<ClassPropertyGroup, ClassProperty, &ClassPropertyGroup::getPropertiesProperty,

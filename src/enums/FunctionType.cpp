@@ -1,6 +1,6 @@
 #include <reference/property/FunctionType.hpp>
 
-#include "enums/Vocabulary.hpp"
+#include "enums/DefineVocabulary.hpp"
 
 // The default member's display text is reached only as the switch's fallback.
 REFERENCE_ENUMS_DEFINE_VOCABULARY(FunctionType, REFERENCE_PROPERTY_FUNCTION_TYPE_MEMBERS, REFERENCE_PROPERTY_SKIP_MEMBER)

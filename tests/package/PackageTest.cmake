@@ -1,12 +1,25 @@
-# Registers the install-and-consume test: installs this build into a prefix of
-# its own, then configures, builds and runs tests/package/consumer against it.
-add_test(NAME package.InstallAndConsume
-  COMMAND ${CMAKE_COMMAND}
-    -DBUILD_DIR=${PROJECT_BINARY_DIR}
-    -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/package
-    -DCONSUMER_DIR=${CMAKE_CURRENT_LIST_DIR}/consumer
-    -DCXX_COMPILER=${CMAKE_CXX_COMPILER}
-    -DBUILD_TYPE=${CMAKE_BUILD_TYPE}
-    -DSANITIZE=${REFPROP_SANITIZE}
-    -P ${CMAKE_CURRENT_LIST_DIR}/InstallAndConsume.cmake)
-set_tests_properties(package.InstallAndConsume PROPERTIES TIMEOUT 600 LABELS package)
+# The package tests (label package): this build installed into a prefix of its own, and made
+# into a Debian package and unpacked into a scratch root; each time the installed tool runs and
+# tests/package/consumer builds against the installed files, through find_package and pkg-config.
+foreach(mode IN ITEMS install deb)
+  if(mode STREQUAL "install")
+    set(name package.InstallAndConsume)
+  else()
+    set(name package.DebianPackage)
+  endif()
+  add_test(NAME ${name}
+    COMMAND ${CMAKE_COMMAND}
+      -DMODE=${mode}
+      -DBUILD_DIR=${PROJECT_BINARY_DIR}
+      -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/package-${mode}
+      -DCONSUMER_DIR=${CMAKE_CURRENT_LIST_DIR}/consumer
+      -DCXX_COMPILER=${CMAKE_CXX_COMPILER}
+      -DBUILD_TYPE=${CMAKE_BUILD_TYPE}
+      -DSANITIZE=${REFPROP_SANITIZE}
+      -DLIBDIR=${CMAKE_INSTALL_LIBDIR}
+      -DPAGEGEN=$<TARGET_FILE:pagegen>
+      -DVERSION=${PROJECT_VERSION}
+      -DMAN_PAGE=$<BOOL:${REFPROP_HELP2MAN}>
+      -P ${CMAKE_CURRENT_LIST_DIR}/InstallAndConsume.cmake)
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS package)
+endforeach()

@@ -13,6 +13,8 @@ namespace reference::property {
 class REFERENCE_PROPERTY_API ClassPropertyGroup {
 public:
     ClassPropertyGroup() = default;
+    /// Member-wise, as is assignment: the copy shares the source's cached ClassProperty array and the ClassProperty
+    /// records inside it, so the source and such copies are used through the host by one thread at a time.
     ClassPropertyGroup(ClassPropertyGroup const&) = default;
     ClassPropertyGroup(ClassPropertyGroup&&) = default;
     ClassPropertyGroup& operator=(ClassPropertyGroup const&) = default;
@@ -33,6 +35,8 @@ public:
     /// Compares title, then classProperties (count, then in order); the cache is ignored.
     bool operator==(ClassPropertyGroup const& other) const;
     /// Copies title and each property through ClassProperty::copy(); the copy's cache is empty.
+    /// It shares no record with the source, only cached arrays of numbers and texts that nothing
+    /// changes in place, so the copy may be used through the host on another thread.
     ClassPropertyGroup copy() const;
 
     static char const* getOCOSNamespaceName() noexcept;

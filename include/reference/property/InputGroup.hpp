@@ -13,6 +13,8 @@ namespace reference::property {
 class REFERENCE_PROPERTY_API InputGroup {
 public:
     InputGroup() = default;
+    /// Member-wise, as is assignment: the copy shares the source's cached Input array and the Input
+    /// records inside it, so the source and such copies are used through the host by one thread at a time.
     InputGroup(InputGroup const&) = default;
     InputGroup(InputGroup&&) = default;
     InputGroup& operator=(InputGroup const&) = default;
@@ -33,6 +35,8 @@ public:
     /// Compares title, then inputs (count, then in order); the cache is ignored.
     bool operator==(InputGroup const& other) const;
     /// Copies title and each input through Input::copy(); the copy's inputs cache is empty.
+    /// It shares no record with the source, only cached arrays of numbers and texts that nothing
+    /// changes in place, so the copy may be used through the host on another thread.
     InputGroup copy() const;
 
     static char const* getOCOSNamespaceName() noexcept;

@@ -82,6 +82,11 @@ public:
     /// Compares the fifteen fields in declaration order, stopping at the first difference.
     bool operator==(RefItem const& other) const;
     /// Deep copy through every element's own copy(); all ten cache slots of the result are empty.
+    /// It shares no record with the source, only cached arrays of numbers and texts that nothing
+    /// changes in place, so the copy may be used through the host on another thread.
+    /// The implicit copy constructor and assignment are member-wise instead: they share the
+    /// source's cached host arrays and the records inside them, so the source and such copies
+    /// are used through the host by one thread at a time.
     RefItem copy() const;
 
 private:

@@ -35,7 +35,9 @@ public:
 
     /// Compares title, syntaxType, then syntaxes (count, then in order); caches are ignored.
     bool operator==(SyntaxGroup const& other) const;
-    /// Member-wise: both caches are shared with the source.
+    /// Member-wise, as are the copy constructor and assignment: both caches are shared with the
+    /// source. They hold only numbers and texts, which nothing changes in place and whose host
+    /// reference counts are atomic, so the source and its copies may be used on different threads.
     SyntaxGroup copy() const;
 
     static char const* getOCOSNamespaceName() noexcept;

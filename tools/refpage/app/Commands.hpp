@@ -10,8 +10,15 @@ namespace refpage {
 /// Exit statuses of the tool.
 enum ExitStatus : int {
     exitOk = 0,      ///< everything loaded and passed
-    exitFailed = 1,  ///< a page was bad or a check failed
+    exitFailed = 1,  ///< a page was bad, a check failed, nothing was found, or output could not be written
     exitUsage = 2,   ///< the command line was wrong
+};
+
+/// Options accepted before or after the command; filled by the parse, read by the commands.
+struct GlobalOptions {
+    bool strict = false;   ///< warnings count as errors
+    bool quiet = false;    ///< only errors and results: no warnings, progress or summary
+    unsigned jobs = 1;     ///< pages worked on at once; at least 1
 };
 
 struct Command {
@@ -19,11 +26,12 @@ struct Command {
     std::function<int()> run;  ///< runs the command with the parsed options, returns the exit status
 };
 
-Command addShowCommand(CLI::App& app);
-Command addJsonCommand(CLI::App& app);
-Command addCheckCommand(CLI::App& app);
-Command addFindCommand(CLI::App& app);
-Command addSiteCommand(CLI::App& app);
-Command addDocsetCommand(CLI::App& app);
+/// Each keeps a reference to `global`, which must outlive the returned command.
+Command addShowCommand(CLI::App& app, GlobalOptions const& global);
+Command addJsonCommand(CLI::App& app, GlobalOptions const& global);
+Command addCheckCommand(CLI::App& app, GlobalOptions const& global);
+Command addFindCommand(CLI::App& app, GlobalOptions const& global);
+Command addSiteCommand(CLI::App& app, GlobalOptions const& global);
+Command addDocsetCommand(CLI::App& app, GlobalOptions const& global);
 
 }  // namespace refpage

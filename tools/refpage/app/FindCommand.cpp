@@ -5,13 +5,16 @@
 #include <reference/property/RefEntityType.hpp>
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageLookup.hpp>
+#include <refpage/PageSource.hpp>
+#include <refpage/TextEscape.hpp>
 #include <refpage/TextTable.hpp>
 #include <refpage/Utf.hpp>
 #include <string>
 #include <vector>
 
 #include "Commands.hpp"
-#include "PageFiles.hpp"
+#include "Diagnostics.hpp"
+#include "NamedPages.hpp"
 
 namespace refpage {
 
@@ -22,19 +25,21 @@ using namespace reference::property;
 struct FindOptions {
     std::string name;
     std::vector<std::string> paths;
-    bool strict = false;
 };
 
-int find(FindOptions const& options) {
-    PageFiles const pages = collectPageFiles(options.paths);
-    printErrors(pages.missing, "error: ");
-    bool bad = !pages.missing.empty();
+int find(FindOptions const& options, GlobalOptions const& global) {
+    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
+        fmt::print(stderr, "refpage: {}\n", usage);
+        return exitUsage;
+    }
+    std::vector<PageEntry> const entries = findPageEntries(options.paths);
+    bool bad = false;
     std::u16string const wanted = toUtf16(options.name);
     TextTable table({"Name", "Type", "Function", "Deprecated", "Purpose", "Link"}, 40);
     std::size_t matches = 0;
-    for (auto const& file : pages.files) {
-        LoadResult const result = loadPageFile(file, LoadOptions{options.strict});
-        printErrors(result.warnings, "warning: ");
+    for (auto const& entry : entries) {
+        LoadResult const result = loadEntry(entry, LoadOptions{global.strict});
+        if (!global.quiet) printErrors(result.warnings, "warning: ");
         if (!result.ok()) {
             printErrors(result.errors, "error: ");
             bad = true;
@@ -43,26 +48,28 @@ int find(FindOptions const& options) {
         RefItemLookup const lookup = makeLookup(nativePage(result.page.get()));
         if (lookup.getName().find(wanted) == std::u16string::npos) continue;
         ++matches;
-        table.addRow({toUtf8(lookup.getName()), RefEntityType::enumToString(lookup.getType()),
+        table.addRow({displayable(toUtf8(lookup.getName())), RefEntityType::enumToString(lookup.getType()),
                       FunctionType::enumToString(lookup.getFunctionType()), lookup.isDeprecated() ? "yes" : "no",
-                      toUtf8(lookup.getPurpose()), toUtf8(lookup.getHref())});
+                      displayable(toUtf8(lookup.getPurpose())), displayable(toUtf8(lookup.getHref()))});
     }
-    if (matches == 0)
-        fmt::print("no page name contains \"{}\"\n", options.name);
-    else
-        fmt::print("{}{} of {} pages\n", table.render(0), matches, pages.files.size());
+    if (matches == 0) {
+        if (!global.quiet) fmt::print("no page name contains {}\n", refpage::quoted(options.name));
+        return exitFailed;
+    }
+    fmt::print("{}", table.render(0));
+    if (!global.quiet) fmt::print("{} of {} pages\n", matches, entries.size());
     return bad ? exitFailed : exitOk;
 }
 
 }  // namespace
 
-Command addFindCommand(CLI::App& app) {
+Command addFindCommand(CLI::App& app, GlobalOptions const& global) {
     auto options = std::make_shared<FindOptions>();
     CLI::App* cli = app.add_subcommand("find", "List the pages whose name contains NAME, with their lookup summary");
     cli->add_option("NAME", options->name, "Text the page's name must contain (case-sensitive)")->required();
-    cli->add_option("PATH", options->paths, "Page files, or folders searched recursively for *.json")->required();
-    cli->add_flag("--strict", options->strict, "Treat warnings as errors");
-    return {cli, [options] { return find(*options); }};
+    cli->add_option("PATH", options->paths, "Page files (- for standard input), or folders searched for *.json")
+        ->required();
+    return {cli, [options, &global] { return find(*options, global); }};
 }
 
 }  // namespace refpage

@@ -6,7 +6,9 @@
 #include <string>
 
 #include "Commands.hpp"
-#include "PageFiles.hpp"
+#include "Diagnostics.hpp"
+#include "NamedPages.hpp"
+#include "Output.hpp"
 
 namespace refpage {
 
@@ -14,29 +16,39 @@ namespace {
 
 struct JsonOptions {
     std::string file;
-    bool strict = false;
+    std::string output;  ///< empty or "-": standard output
 };
 
-int json(JsonOptions const& options) {
-    LoadResult const result = loadPageFile(options.file, LoadOptions{options.strict});
-    printErrors(result.warnings, "warning: ");
+int json(JsonOptions const& options, GlobalOptions const& global) {
+    LoadResult const result = loadNamedPage(options.file, LoadOptions{global.strict});
+    if (!global.quiet) printErrors(result.warnings, "warning: ");
     if (!result.ok()) {
         printErrors(result.errors, "error: ");
         return exitFailed;
     }
-    fmt::print("{}\n", jsonText(pageToJson(result.page.get())));
+    std::string const text = jsonText(pageToJson(result.page.get())) + "\n";
+    if (options.output.empty() || options.output == "-") {
+        fmt::print("{}", text);
+        return exitOk;
+    }
+    std::string error;
+    if (!replaceFile(options.output, text, error)) {
+        fmt::print(stderr, "error: {}\n", error);
+        return exitFailed;
+    }
     return exitOk;
 }
 
 }  // namespace
 
-Command addJsonCommand(CLI::App& app) {
+Command addJsonCommand(CLI::App& app, GlobalOptions const& global) {
     auto options = std::make_shared<JsonOptions>();
     CLI::App* cli = app.add_subcommand(
         "json", "Print a page read back through the host as canonical JSON (enumerations as numbers)");
-    cli->add_option("FILE", options->file, "Page file (JSON)")->required();
-    cli->add_flag("--strict", options->strict, "Treat warnings as errors");
-    return {cli, [options] { return json(*options); }};
+    cli->add_option("FILE", options->file, "Page file (JSON; - for standard input)")->required();
+    cli->add_option("-o,--output", options->output,
+                    "Write to this file (- for standard output); it is replaced only once the whole page is written");
+    return {cli, [options, &global] { return json(*options, global); }};
 }
 
 }  // namespace refpage

@@ -1,4 +1,4 @@
-// The page that `refpage show` shows when given no file (sample/numpy.add.json).
+// The page that `refpage show` shows when given no file (sample/refpage.check.json).
 #pragma once
 
 #include <string_view>

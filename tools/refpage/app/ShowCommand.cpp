@@ -6,23 +6,19 @@
 #include <string>
 
 #include "Commands.hpp"
-#include "PageFiles.hpp"
+#include "Diagnostics.hpp"
+#include "NamedPages.hpp"
 #include "SamplePage.hpp"
 
 namespace refpage {
 
 namespace {
 
-struct ShowOptions {
-    std::string file;  ///< empty: the sample page
-    bool strict = false;
-};
-
-int show(ShowOptions const& options) {
-    LoadOptions const load{options.strict};
-    LoadResult const result = options.file.empty() ? loadPage(samplePage(), "<sample numpy.add.json>", load)
-                                                   : loadPageFile(options.file, load);
-    printErrors(result.warnings, "warning: ");
+int show(std::string const& file, GlobalOptions const& global) {
+    LoadOptions const load{global.strict};
+    LoadResult const result =
+        file.empty() ? loadPage(samplePage(), "<sample refpage.check.json>", load) : loadNamedPage(file, load);
+    if (!global.quiet) printErrors(result.warnings, "warning: ");
     if (!result.ok()) {
         printErrors(result.errors, "error: ");
         return exitFailed;
@@ -33,13 +29,12 @@ int show(ShowOptions const& options) {
 
 }  // namespace
 
-Command addShowCommand(CLI::App& app) {
-    auto options = std::make_shared<ShowOptions>();
+Command addShowCommand(CLI::App& app, GlobalOptions const& global) {
+    auto file = std::make_shared<std::string>();  // empty: the sample page
     CLI::App* cli =
         app.add_subcommand("show", "Print a page for a person to read (with no FILE, a bundled sample page)");
-    cli->add_option("FILE", options->file, "Page file (JSON)");
-    cli->add_flag("--strict", options->strict, "Treat warnings as errors");
-    return {cli, [options] { return show(*options); }};
+    cli->add_option("FILE", *file, "Page file (JSON; - for standard input)");
+    return {cli, [file, &global] { return show(*file, global); }};
 }
 
 }  // namespace refpage

@@ -1,21 +1,22 @@
 #include <memory>
 
+#include "../src/SiteDocSetStandIn.hpp"
 #include "Commands.hpp"
 #include "SiteInputs.hpp"
 
 namespace refpage {
 
-Command addSiteCommand(CLI::App& app) {
+Command addSiteCommand(CLI::App& app, GlobalOptions const& global) {
     auto options = std::make_shared<SiteCommandOptions>();
     CLI::App* cli = app.add_subcommand("site", "Write a static HTML site of the pages, with an index and search");
-    addSiteOptions(*cli, *options);
-    cli->add_option("-o,--output", options->output, "Folder of the site (created when missing)")->required();
-    return {cli, [options] {
-                SiteInputs inputs = loadSiteInputs(*options);
+    addSiteOptions(*cli, *options, "Folder of the site (created when missing)");
+    return {cli, [options, &global] {
+                SiteInputs inputs = loadSiteInputs(*options, global);
+                if (inputs.status == exitUsage) return inputs.status;
                 inputs.site.output = options->output;
-                auto const resolve = site_standin::makeResolver(inputs.pages.inputs);
-                SiteReport const report = buildSite(inputs.pages.inputs, resolve, inputs.site);
-                return finishSiteBuild(report, inputs, *options, "site");
+                auto const resolve = site_standin::makeResolver(inputs.pages);
+                SiteReport const report = buildSite(inputs.pages, resolve, inputs.site);
+                return finishSiteBuild(report, inputs, *options, global, "site");
             }};
 }
 

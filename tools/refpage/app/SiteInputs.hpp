@@ -1,40 +1,41 @@
-// What the site and docset commands share: the pages named on the command line,
-// loaded, and the report of a build printed.
+// What the site and docset commands share: their options, the pages named on the
+// command line loaded on the tool's -j threads, and the report of a build printed.
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <refpage/PageLoader.hpp>
 #include <refpage/Site.hpp>
 #include <string>
 #include <vector>
 
-#include "../src/SiteDocSetStandIn.hpp"
+#include "Commands.hpp"
 
 namespace refpage {
 
 struct SiteCommandOptions {
-    std::vector<std::string> paths;  ///< page files, or folders searched for *.json
+    std::vector<std::string> paths;  ///< page files ("-": standard input), or folders searched for *.json
     std::string output;              ///< the site folder, or the NAME.docset folder
     std::string templates;           ///< a folder of replacement templates; empty for the defaults
     std::string title;               ///< the site's title; empty for the default
-    unsigned jobs = 1;
-    bool strict = false;
-    bool quiet = false;  ///< no per-link warnings, only the summary
 };
 
-/// Loads every page; prints load errors and warnings. `ok` is false when a page failed
-/// (or, with strict, warned), or the templates could not be read.
 struct SiteInputs {
-    site_standin::LoadedPages pages;
-    SiteOptions site;
-    bool ok = true;
+    std::vector<LoadResult> results;   ///< one per page entry; the host objects keep the pages alive
+    std::vector<SitePageInput> pages;  ///< the pages that loaded, in entry order
+    SiteOptions site;                  ///< templates, title and jobs; the caller sets the output
+    int status = exitOk;               ///< exitFailed when a page failed or the templates could not be read
 };
-SiteInputs loadSiteInputs(SiteCommandOptions const& options);
 
-/// Prints the build's warnings and errors and a summary; returns the exit status.
+/// Loads every page on `global.jobs` threads, in entry order; prints load errors and
+/// (unless quiet) warnings.
+SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const& global);
+
+/// Prints the build's warnings (unless quiet), errors and a summary (unless quiet);
+/// returns the exit status: failed on any error, or on a warning with --strict.
 int finishSiteBuild(SiteReport const& report, SiteInputs const& inputs, SiteCommandOptions const& options,
-                    char const* what);
+                    GlobalOptions const& global, char const* what);
 
-/// Adds the options both commands take.
-void addSiteOptions(CLI::App& cli, SiteCommandOptions& options);
+/// Adds PAGES, -o, --templates and --title.
+void addSiteOptions(CLI::App& cli, SiteCommandOptions& options, char const* outputHelp);
 
 }  // namespace refpage

@@ -1,11 +1,8 @@
-#include <fstream>
-#include <iterator>
 #include <reference/glue/Classes.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/PageBuilder.hpp>
 #include <refpage/PageLoader.hpp>
-#include <sstream>
-#include <system_error>
+#include <refpage/PageSource.hpp>
 
 namespace refpage {
 
@@ -33,30 +30,6 @@ LoadResult buildPage(ParsedPage const& parsed, std::string_view source) {
 LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions const& options) {
     ensureHostClasses();
     return buildPage(parsePage(text, source, options), source);
-}
-
-bool readTextFile(std::filesystem::path const& file, std::string& text, PageError& error) {
-    std::error_code code;
-    std::filesystem::file_status const status = std::filesystem::status(file, code);
-    if (std::filesystem::is_directory(status)) {
-        error = PageError{file.string(), {}, "is a folder, expected a page file"};
-        return false;
-    }
-    if (status.type() == std::filesystem::file_type::not_found) {
-        error = PageError{file.string(), {}, "no such file"};
-        return false;
-    }
-    std::ifstream stream(file, std::ios::binary);
-    if (stream) {
-        std::ostringstream contents;
-        contents << stream.rdbuf();
-        if (stream || stream.eof()) {
-            text = std::move(contents).str();
-            return true;
-        }
-    }
-    error = PageError{file.string(), {}, "cannot read the file"};
-    return false;
 }
 
 LoadResult loadPageFile(std::filesystem::path const& file, LoadOptions const& options) {

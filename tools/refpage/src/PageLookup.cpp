@@ -1,7 +1,12 @@
 #include <fmt/format.h>
 
+#include <algorithm>
+#include <string_view>
+
 #include <reference/property/RecordProducer.hpp>
+#include <refpage/DisplayWidth.hpp>
 #include <refpage/PageLookup.hpp>
+#include <refpage/TextEscape.hpp>
 #include <refpage/TextTable.hpp>
 #include <refpage/Utf.hpp>
 
@@ -20,22 +25,52 @@ RefItemLookup makeLookup(RefItem const& page) {
 
 namespace {
 
+/// Page text as it may reach a terminal: control and non-printable characters escaped.
 std::string utf8(std::u16string const& text) {
-    return toUtf8(text);
+    return displayable(toUtf8(text));
 }
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += toUtf8(value);
+        text += utf8(value);
     }
     return text;
 }
 
-/// A heading and its underline.
+/// `text` with every line indented by `indent`, each line ended by a newline;
+/// the lines' own leading spaces are kept, empty lines stay empty.
+std::string indented(std::string_view text, std::string_view indent) {
+    std::string out;
+    for (;;) {
+        std::size_t const end = text.find('\n');
+        std::string_view const line = text.substr(0, end);
+        if (!line.empty()) out.append(indent).append(line);
+        out += '\n';
+        if (end == std::string_view::npos) return out;
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// Columns of the widest line of `text`.
+std::size_t widestLine(std::string_view text) {
+    std::size_t width = 0;
+    for (std::size_t end = text.find('\n');; end = text.find('\n')) {
+        width = std::max(width, displayWidth(text.substr(0, end)));
+        if (end == std::string_view::npos) return width;
+        text.remove_prefix(end + 1);
+    }
+}
+
+/// A title and its underline of `mark`, as wide as the title's widest line.
+std::string underlined(std::string const& title, char mark) {
+    return fmt::format("{}\n{}\n", title, std::string(widestLine(title), mark));
+}
+
+/// A heading and its underline, after an empty line.
 void heading(std::string& out, std::string const& title) {
-    out += fmt::format("\n{}\n{}\n", title, std::string(displayWidth(title), '-'));
+    out += "\n" + underlined(title, '-');
 }
 
 template <class Record>
@@ -55,8 +90,8 @@ std::string renderPage(RefItem const& page) {
     std::string out;
     RefItemLookup const summary = makeLookup(page);
     std::string const name = summary.getName().empty() ? utf8(page.getHref()) : utf8(summary.getName());
-    out += fmt::format("{}\n{}\n", name, std::string(displayWidth(name), '='));
-    if (!page.getPurpose().empty()) out += fmt::format("{}\n", utf8(page.getPurpose()));
+    out += underlined(name, '=');
+    if (!page.getPurpose().empty()) out += indented(utf8(page.getPurpose()), "");
 
     out += "\n";
     TextTable facts({"", ""});
@@ -76,12 +111,12 @@ std::string renderPage(RefItem const& page) {
 
     if (!page.getDescription().empty()) {
         heading(out, "Description");
-        out += fmt::format("  {}\n", utf8(page.getDescription()));
+        out += indented(utf8(page.getDescription()), "  ");
     }
     for (auto const& group : page.getSyntaxGroups()) {
         heading(out, fmt::format("{} [{}]", group.getTitle().empty() ? "Syntax" : utf8(group.getTitle()),
                                  SyntaxType::enumToString(group.getSyntaxType())));
-        for (auto const& line : group.getSyntaxes()) out += fmt::format("  {}\n", utf8(line));
+        for (auto const& line : group.getSyntaxes()) out += indented(utf8(line), "  ");
     }
     for (auto const& group : page.getInputGroups()) {
         if (group.getInputs().empty()) continue;
@@ -114,9 +149,9 @@ std::string renderPage(RefItem const& page) {
     if (!page.getExamples().empty()) {
         heading(out, "Examples");
         for (auto const& example : page.getExamples()) {
-            if (!example.getTitle().empty()) out += fmt::format("  {}\n", utf8(example.getTitle()));
-            out += fmt::format("    >> {}\n", utf8(example.getOpenCommand()));
-            if (!example.getUrl().empty()) out += fmt::format("    ({})\n", utf8(example.getUrl()));
+            if (!example.getTitle().empty()) out += indented(utf8(example.getTitle()), "  ");
+            out += indented(">> " + utf8(example.getOpenCommand()), "    ");
+            if (!example.getUrl().empty()) out += indented("(" + utf8(example.getUrl()) + ")", "    ");
         }
     }
     return out;

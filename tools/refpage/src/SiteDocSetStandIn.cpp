@@ -100,30 +100,3 @@ bool writeIndex(std::filesystem::path const& file, std::span<SitePageInput const
 
 }  // namespace refpage::site_standin
 
-#include <atomic>
-#include <thread>
-
-namespace refpage::site_standin {
-
-LoadedPages loadPages(std::vector<std::filesystem::path> const& files, unsigned jobs, LoadOptions const& options) {
-    LoadedPages loaded;
-    loaded.results.resize(files.size());
-    std::atomic<std::size_t> next{0};
-    auto work = [&] {
-        for (std::size_t i = next++; i < files.size(); i = next++) loaded.results[i] = loadPageFile(files[i], options);
-    };
-    {
-        std::vector<std::jthread> workers;
-        for (unsigned t = 1; t < jobs && t < files.size(); ++t) workers.emplace_back(work);
-        work();
-    }
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        auto& result = loaded.results[i];
-        loaded.warnings.insert(loaded.warnings.end(), result.warnings.begin(), result.warnings.end());
-        loaded.errors.insert(loaded.errors.end(), result.errors.begin(), result.errors.end());
-        if (result.ok()) loaded.inputs.push_back({files[i].string(), &nativePage(result.page.get())});
-    }
-    return loaded;
-}
-
-}  // namespace refpage::site_standin

@@ -23,18 +23,3 @@ bool writeIndex(std::filesystem::path const& file, std::span<SitePageInput const
 
 }  // namespace refpage::site_standin
 
-#include <refpage/PageLoader.hpp>
-
-namespace refpage::site_standin {
-
-/// Pages loaded on `jobs` threads, in the order of `files`.
-struct LoadedPages {
-    std::vector<LoadResult> results;    ///< one per file; the host objects keep the pages alive
-    std::vector<SitePageInput> inputs;  ///< the pages that loaded, in file order
-    PageErrors errors;                  ///< of the pages that did not load
-    PageErrors warnings;
-};
-
-LoadedPages loadPages(std::vector<std::filesystem::path> const& files, unsigned jobs, LoadOptions const& options);
-
-}  // namespace refpage::site_standin

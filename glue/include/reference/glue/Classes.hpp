@@ -9,9 +9,10 @@ namespace reference::glue {
 /// property traffic.
 void registerClasses();
 
-/// The enumeration classes, constructible from unsigned 32-bit numbers.
+/// The enumeration classes of allEnumerations(), constructible from unsigned 32-bit numbers.
 void registerEnumerationClasses();
-/// The record classes: each wraps its native record and disposes of it by delete.
+/// The record classes of allTables(): each wraps its native record, disposes of it by delete
+/// and makes a default one on construction, as its table says.
 void registerRecordClasses();
 
 }  // namespace reference::glue

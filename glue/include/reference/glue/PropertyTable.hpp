@@ -73,6 +73,8 @@ struct PropertyTable {
     std::string qualifiedName;                   ///< host class: namespace, ".", class name
     ocos::ClassIdentity identity = nullptr;      ///< interned qualifiedName
     std::type_info const* nativeType = nullptr;  ///< type of the record a host object of the class wraps
+    void (*dispose)(void* record) noexcept = nullptr;  ///< deletes a heap record of nativeType
+    void* (*makeDefault)() = nullptr;            ///< a new default record of nativeType on the heap, owned by the caller
     std::vector<PropertyEntry> entries;          ///< in page order
 
     /// The entry of `word` (exact, case-sensitive), or null.
@@ -108,7 +110,7 @@ PropertyTable const& tableOf<property::SeeAlso>();
 template <>
 PropertyTable const& tableOf<property::SyntaxGroup>();
 
-/// Every table, one per host record class.
+/// Every table, one per host record class: the list the host classes are registered from.
 std::vector<PropertyTable const*> const& allTables();
 
 /// The table of the host class named `qualifiedName`, or null.

@@ -7,6 +7,7 @@
 #include <reference/property/RefItem.hpp>
 #include <refpage/PageError.hpp>
 #include <refpage/PageParser.hpp>
+#include <refpage/PageSource.hpp>  // readTextFile, for the loader's existing callers
 #include <string>
 #include <string_view>
 
@@ -29,9 +30,6 @@ LoadResult loadPageFile(std::filesystem::path const& file, LoadOptions const& op
 
 /// Builds a parsed page, turning a build failure into an error of `parsed`'s source.
 LoadResult buildPage(ParsedPage const& parsed, std::string_view source);
-
-/// The whole text of `file`, or an error ("no such file", "is a folder, expected a page file", ...).
-bool readTextFile(std::filesystem::path const& file, std::string& text, PageError& error);
 
 /// The native page a RefItem host object wraps; borrowed from `page`.
 reference::property::RefItem const& nativePage(oxArray_tag const* page);

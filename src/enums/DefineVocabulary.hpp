@@ -1,5 +1,5 @@
-// The definition of a vocabulary class from its member list: every operation
-// and the key table are expansions of the one list in the class's header.
+// The definition of a vocabulary class from its member list (<Class>.def): every
+// operation and the key table are expansions of that one list.
 #pragma once
 
 #include "bridge/ClassIdentity.hpp"

@@ -1,0 +1,143 @@
+// Where pages come from: every file named and every entry of a folder walk is a
+// text or a failure naming the path and the system's reason; none stops the run.
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <refpage/PageSource.hpp>
+#include <string>
+#include <vector>
+
+#include "support/ToolRun.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testvalues::contains;
+using testvalues::ScratchFolder;
+using testvalues::ToolRun;
+
+std::vector<std::string> relativeSources(std::vector<refpage::PageEntry> const& entries, fs::path const& root) {
+    std::vector<std::string> names;
+    for (auto const& entry : entries) names.push_back(fs::path(entry.source()).lexically_relative(root).string());
+    return names;
+}
+
+TEST(PageSource, FolderWalkIsSortedKeepsJsonEntriesAndDoesNotFollowSymlinkedFolders) {
+    ScratchFolder const folder;
+    for (char const* name : {"b.json", "a/z.json", "a/b/c.json", "a.json", "notes.txt", "c.json/inner.json"})
+        folder.write(name, "{}");
+    fs::create_directory_symlink(folder / "a", folder / "linked.json");
+    fs::create_directory_symlink(folder / "a", folder / "linked");
+    fs::create_symlink(folder / "b.json", folder / "alias.json");
+    std::vector<refpage::PageEntry> const entries = refpage::findPageEntries({folder.path().string()});
+    EXPECT_EQ(relativeSources(entries, folder.path()),
+              (std::vector<std::string>{"a/b/c.json", "a/z.json", "a.json", "alias.json", "b.json",
+                                        "c.json/inner.json"}));
+    for (auto const& entry : entries) EXPECT_FALSE(entry.error) << entry.source();
+}
+
+TEST(PageSource, ReadingRefusesWhatIsNotARegularFileAndGivesTheSystemsReason) {
+    ScratchFolder const folder;
+    fs::create_symlink("loop.json", folder / "loop.json");
+
+    std::string text;
+    refpage::PageError error;
+    EXPECT_FALSE(refpage::readTextFile(folder / "loop.json", text, error));
+    EXPECT_EQ(error.message, std::strerror(ELOOP));
+    EXPECT_FALSE(refpage::readTextFile("/dev/null", text, error));
+    EXPECT_EQ(error.message, "not a regular file (character device)");
+
+    fs::path const socketPath = folder / "socket.json";
+    int const fd = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, socketPath.c_str(), sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr const*>(&address), sizeof address), 0);
+    EXPECT_FALSE(refpage::readTextFile(socketPath, text, error));
+    EXPECT_EQ(error.message, "not a regular file (socket)");
+    close(fd);
+}
+
+TEST(RefpageInputs, AFifoGivenByNameIsRefusedAtOnce) {
+    ScratchFolder const folder;
+    fs::path const fifo = folder / "page.json";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    ToolRun const show = testvalues::runShell("timeout 10 " + std::string(REFPAGE_BINARY) + " show " +
+                                              fifo.string() + " 2>&1");
+    EXPECT_EQ(show.status, 1);
+    EXPECT_EQ(show.output, "error: " + fifo.string() + ": not a regular file (FIFO)\n");
+}
+
+TEST(RefpageInputs, UnreadableEntriesOfAFolderAreReportedAndTheSummaryStillPrints) {
+    ScratchFolder const folder;
+    folder.write("good.json", testvalues::minimalPage);
+    folder.write("notes.txt", "not a page");
+    fs::create_symlink("loop.json", folder / "loop.json");
+    fs::create_symlink("nowhere", folder / "dangling.json");
+    ASSERT_EQ(mkfifo((folder / "pipe.json").c_str(), 0600), 0);
+    ToolRun const run = testvalues::runShell("timeout 20 " + std::string(REFPAGE_BINARY) + " check " +
+                                             folder.path().string() + " 2>&1");
+    EXPECT_EQ(run.status, 1) << run.output;
+    std::string const root = folder.path().string();
+    EXPECT_TRUE(contains(run.output, "FAIL " + root + "/loop.json: Too many levels of symbolic links")) << run.output;
+    EXPECT_TRUE(contains(run.output, "FAIL " + root + "/dangling.json: No such file or directory")) << run.output;
+    EXPECT_TRUE(contains(run.output, "FAIL " + root + "/pipe.json: not a regular file (FIFO)")) << run.output;
+    EXPECT_TRUE(contains(run.output, "4 pages, 3 failed (")) << run.output;
+}
+
+TEST(RefpageInputs, AnUnreadableSubfolderIsReportedWithTheSystemsReason) {
+    ScratchFolder const folder;
+    folder.write("a.json", testvalues::minimalPage);
+    folder.write("locked/b.json", testvalues::minimalPage);
+    folder.write("z.json", testvalues::minimalPage);
+    fs::permissions(folder / "locked", fs::perms::none);
+    std::string command = std::string(REFPAGE_BINARY) + " check " + folder.path().string() + " 2>&1";
+    if (geteuid() == 0) {
+        // Root reads every folder: run the tool as an unprivileged user.
+        if (testvalues::runShell("command -v setpriv >/dev/null 2>&1 && id nobody >/dev/null 2>&1").status != 0)
+            GTEST_SKIP() << "running as root without setpriv or a user 'nobody' to drop to";
+        fs::permissions(folder.path(), fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                           fs::perms::others_read | fs::perms::others_exec);
+        command = "setpriv --reuid=nobody --regid=nogroup --clear-groups " + command;
+    }
+    ToolRun const run = testvalues::runShell(command);
+    fs::permissions(folder / "locked", fs::perms::owner_all);
+    if (geteuid() == 0 && contains(run.output, "Permission denied") && !contains(run.output, "locked"))
+        GTEST_SKIP() << "the unprivileged user cannot run the built tool: " << run.output;
+    EXPECT_EQ(run.status, 1) << run.output;
+    EXPECT_TRUE(contains(run.output, "FAIL " + (folder / "locked").string() + ": Permission denied")) << run.output;
+    EXPECT_TRUE(contains(run.output, "3 pages, 1 failed")) << run.output;
+}
+
+TEST(RefpageInputs, AFileNameCannotForgeOrColourAReportLine) {
+    ScratchFolder const folder;
+    folder.write("evil\x1b[31m\nFAIL forged.json", "{");
+    ToolRun const run = testvalues::runShell(std::string(REFPAGE_BINARY) + " check " + folder.path().string() + " 2>&1");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_FALSE(contains(run.output, "\x1b")) << run.output;
+    EXPECT_TRUE(contains(run.output, "/evil\\x1b[31m\\nFAIL forged.json:1:2: malformed JSON")) << run.output;
+    EXPECT_TRUE(contains(run.output, "1 pages, 1 failed")) << run.output;
+}
+
+TEST(RefpageInputs, APageThatRunsOutOfMemoryFailsAloneAndTheRunGoesOn) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "a sanitizer's shadow memory does not fit under an address-space limit";
+#endif
+    ScratchFolder const folder;
+    fs::path const big = folder / "a_big.json";
+    folder.write("a_big.json", "");
+    fs::resize_file(big, 200u << 20);  // sparse: 200 MiB that take no disk
+    folder.write("b_small.json", testvalues::minimalPage);
+    ToolRun const run = testvalues::runShell("ulimit -v 100000 && " + std::string(REFPAGE_BINARY) + " check " +
+                                             folder.path().string() + " 2>&1");
+    EXPECT_EQ(run.status, 1) << run.output;
+    EXPECT_TRUE(contains(run.output, "FAIL " + big.string() + ": out of memory\n")) << run.output;
+    EXPECT_TRUE(contains(run.output, "2 pages, 1 failed")) << run.output;
+}
+
+}  // namespace

@@ -1,0 +1,33 @@
+#include "Diagnostics.hpp"
+
+#include <fmt/format.h>
+
+#include <cstdio>
+#include <refpage/TextEscape.hpp>
+#include <string>
+
+namespace refpage {
+
+namespace {
+
+/// `text` on one terminal line: what displayable() keeps of line feeds and tabs escaped too.
+std::string oneLine(std::string const& text) {
+    std::string out;
+    for (char const c : displayable(text)) {
+        if (c == '\n')
+            out += "\\n";
+        else if (c == '\t')
+            out += "\\t";
+        else
+            out += c;
+    }
+    return out;
+}
+
+}  // namespace
+
+void printErrors(PageErrors const& errors, char const* prefix) {
+    for (auto const& error : errors) fmt::print(stderr, "{}{}\n", prefix, oneLine(error.describe()));
+}
+
+}  // namespace refpage

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "support/HostTest.hpp"
+#include "support/ToolRun.hpp"
 
 namespace {
 
@@ -211,6 +212,30 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     EXPECT_LT(at("<h2>Zed</h2>"), at("<h2>zed</h2>"));
     EXPECT_LT(at("<h2>zed</h2>"), at("<h2>Other pages</h2>"));
     EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html">Alpha</a> <span class="badge">deprecated</span>)"));
+}
+
+TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
+    testvalues::ScratchFolder const folder;
+    folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
+    folder.write("pages/b.json", page("p.b", "ref/a.html"));
+    std::string const pages = (folder / "pages").string();
+    std::string const out = " -o " + (folder / "site").string();
+
+    auto run = testvalues::refpage("site " + pages + out);
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_TRUE(contains(run.output, "/SeeAlso/0/Url: link leads to no page of the set")) << run.output;
+    EXPECT_TRUE(contains(run.output, "2 pages written to")) << run.output;
+    EXPECT_TRUE(contains(run.output, "1 unresolved links shown as text, 1 pages moved")) << run.output;
+    EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));
+
+    EXPECT_EQ(testvalues::refpage("--strict site " + pages + out).status, 1);
+    EXPECT_EQ(testvalues::refpage("-q site " + pages + out).output, "");
+    run = testvalues::refpage("site " + pages + out + " --templates " + (folder / "none").string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(contains(run.output, "no such templates folder")) << run.output;
+    folder.write("pages/c.json", "{");
+    EXPECT_EQ(testvalues::refpage("-q site " + pages + out).status, 1);
+    EXPECT_EQ(testvalues::refpage("docset " + pages + " -o " + (folder / "D.docset").string()).status, 2);
 }
 
 }  // namespace

@@ -10,9 +10,9 @@
 #include <filesystem>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageLoader.hpp>
+#include <refpage/SiteHtml.hpp>
 #include <refpage/Site.hpp>
 #include <refpage/SitePaths.hpp>
-#include <refpage/Utf.hpp>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -22,7 +22,7 @@ namespace {
 /// Resolves links by Href, as the doc set does for links relative to its root.
 refpage::SiteLinkResolver hrefResolver(std::vector<refpage::SitePageInput> const& pages) {
     auto byHref = std::make_shared<std::unordered_map<std::string, std::size_t>>();
-    for (std::size_t i = 0; i < pages.size(); ++i) byHref->emplace(refpage::toUtf8(pages[i].page->getHref()), i);
+    for (std::size_t i = 0; i < pages.size(); ++i) byHref->emplace(refpage::siteUtf8(pages[i].page->getHref()), i);
     return [byHref](std::string_view link) -> refpage::SiteLink {
         if (link.empty()) return {};
         if (link.find(':') != std::string_view::npos) return {refpage::SiteLink::Kind::External, 0, {}};

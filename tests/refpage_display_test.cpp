@@ -6,7 +6,7 @@
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageLookup.hpp>
 #include <refpage/TextTable.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -87,7 +87,7 @@ TEST_F(PageDisplay, LookupSummarisesTheFirstEntity) {
         "<test>");
     ASSERT_TRUE(result.ok());
     auto const lookup = refpage::makeLookup(refpage::nativePage(result.page.get()));
-    EXPECT_EQ(refpage::toUtf8(lookup.getName()), "first");
+    EXPECT_EQ(utf8::utf16to8(lookup.getName()), "first");
     EXPECT_EQ(lookup.getType(), reference::property::RefEntityType::Class);
 }
 

@@ -70,7 +70,7 @@ TEST(RefpageInputs, AFifoGivenByNameIsRefusedAtOnce) {
     ToolRun const show = testvalues::runShell("timeout 10 " + std::string(REFPAGE_BINARY) + " show " +
                                               fifo.string() + " 2>&1");
     EXPECT_EQ(show.status, 1);
-    EXPECT_EQ(show.output, "error: " + fifo.string() + ": not a regular file (FIFO)\n");
+    EXPECT_EQ(show.output, fifo.string() + ": error: not a regular file (FIFO)\n");
 }
 
 TEST(RefpageInputs, UnreadableEntriesOfAFolderAreReportedAndTheSummaryStillPrints) {
@@ -84,9 +84,9 @@ TEST(RefpageInputs, UnreadableEntriesOfAFolderAreReportedAndTheSummaryStillPrint
                                              folder.path().string() + " 2>&1");
     EXPECT_EQ(run.status, 1) << run.output;
     std::string const root = folder.path().string();
-    EXPECT_TRUE(contains(run.output, "FAIL " + root + "/loop.json: Too many levels of symbolic links")) << run.output;
-    EXPECT_TRUE(contains(run.output, "FAIL " + root + "/dangling.json: No such file or directory")) << run.output;
-    EXPECT_TRUE(contains(run.output, "FAIL " + root + "/pipe.json: not a regular file (FIFO)")) << run.output;
+    EXPECT_TRUE(contains(run.output, root + "/loop.json: error: Too many levels of symbolic links")) << run.output;
+    EXPECT_TRUE(contains(run.output, root + "/dangling.json: error: No such file or directory")) << run.output;
+    EXPECT_TRUE(contains(run.output, root + "/pipe.json: error: not a regular file (FIFO)")) << run.output;
     EXPECT_TRUE(contains(run.output, "4 pages, 3 failed (")) << run.output;
 }
 
@@ -110,7 +110,7 @@ TEST(RefpageInputs, AnUnreadableSubfolderIsReportedWithTheSystemsReason) {
     if (geteuid() == 0 && contains(run.output, "Permission denied") && !contains(run.output, "locked"))
         GTEST_SKIP() << "the unprivileged user cannot run the built tool: " << run.output;
     EXPECT_EQ(run.status, 1) << run.output;
-    EXPECT_TRUE(contains(run.output, "FAIL " + (folder / "locked").string() + ": Permission denied")) << run.output;
+    EXPECT_TRUE(contains(run.output, (folder / "locked").string() + ": error: Permission denied")) << run.output;
     EXPECT_TRUE(contains(run.output, "3 pages, 1 failed")) << run.output;
 }
 
@@ -120,7 +120,7 @@ TEST(RefpageInputs, AFileNameCannotForgeOrColourAReportLine) {
     ToolRun const run = testvalues::runShell(std::string(REFPAGE_BINARY) + " check " + folder.path().string() + " 2>&1");
     EXPECT_EQ(run.status, 1);
     EXPECT_FALSE(contains(run.output, "\x1b")) << run.output;
-    EXPECT_TRUE(contains(run.output, "/evil\\x1b[31m\\nFAIL forged.json:1:2: malformed JSON")) << run.output;
+    EXPECT_TRUE(contains(run.output, "/evil\\x1b[31m\\nFAIL forged.json:1:2: error: malformed JSON")) << run.output;
     EXPECT_TRUE(contains(run.output, "1 pages, 1 failed")) << run.output;
 }
 
@@ -136,7 +136,7 @@ TEST(RefpageInputs, APageThatRunsOutOfMemoryFailsAloneAndTheRunGoesOn) {
     ToolRun const run = testvalues::runShell("ulimit -v 100000 && " + std::string(REFPAGE_BINARY) + " check " +
                                              folder.path().string() + " 2>&1");
     EXPECT_EQ(run.status, 1) << run.output;
-    EXPECT_TRUE(contains(run.output, "FAIL " + big.string() + ": out of memory\n")) << run.output;
+    EXPECT_TRUE(contains(run.output, big.string() + ": error: out of memory\n")) << run.output;
     EXPECT_TRUE(contains(run.output, "2 pages, 1 failed")) << run.output;
 }
 

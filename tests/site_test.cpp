@@ -178,9 +178,11 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     EXPECT_TRUE(one.ok());
     EXPECT_EQ(tree(options.output), tree(oneFolder));
     ASSERT_EQ(one.warnings.size(), 7u);  // page 3's Href, pages 10 and 11's clash, links to n3, n10, n11, n12
-    EXPECT_EQ(one.warnings[0].describe(),
-              R"(page.json: /Href: Href "../evil.html" is not a safe relative .html path; written as "pages/p.n3.html")");
-    EXPECT_EQ(one.warnings[1].describe(), R"(page.json: /Href: another page has the same Href; written as "pages/p.n10.html")");
+    EXPECT_EQ(one.warnings[0].describe("warning"),
+              R"(page.json: warning: Href "../evil.html" is not a safe relative .html path; written as )"
+              R"("pages/p.n3.html" [/Href])");
+    EXPECT_EQ(one.warnings[1].describe("warning"),
+              R"(page.json: warning: another page has the same Href; written as "pages/p.n10.html" [/Href])");
     EXPECT_EQ(one.unresolvedLinks, 4u);
     EXPECT_EQ(one.paths, four.paths);
     EXPECT_TRUE(std::filesystem::exists(options.output / "pages" / "p.n3.html"));
@@ -223,7 +225,7 @@ TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
 
     auto run = testvalues::refpage("site " + pages + out);
     EXPECT_EQ(run.status, 0) << run.output;
-    EXPECT_TRUE(contains(run.output, "/SeeAlso/0/Url: link leads to no page of the set")) << run.output;
+    EXPECT_TRUE(contains(run.output, "a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]")) << run.output;
     EXPECT_TRUE(contains(run.output, "2 pages written to")) << run.output;
     EXPECT_TRUE(contains(run.output, "1 unresolved links shown as text, 1 pages moved")) << run.output;
     EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));

@@ -1,8 +1,11 @@
 // Replaces every form of the global operator new and delete with malloc and
-// free plus one counter. The benchmarks run on one thread, so a plain counter
-// is exact.
+// free plus counters of calls and of bytes held (now and at the peak). The
+// benchmarks run on one thread, so plain counters are exact.
 #include "support/AllocationCounter.hpp"
 
+#include <malloc.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -11,11 +14,25 @@ namespace {
 /// Calls of operator new since the process started; the one mutable global the
 /// replacement needs, since operator new has nowhere else to keep it.
 std::uint64_t allocations = 0;
+std::uint64_t live = 0;  ///< bytes held by operator new now
+std::uint64_t peak = 0;  ///< most of `live` since the last reset
+
+void* counted(void* memory) {
+    live += malloc_usable_size(memory);
+    peak = std::max(peak, live);
+    return memory;
+}
+
+void release(void* memory) noexcept {
+    if (memory == nullptr) return;
+    live -= malloc_usable_size(memory);
+    std::free(memory);
+}
 
 void* countedAllocate(std::size_t size) {
     ++allocations;
     if (void* memory = std::malloc(size == 0 ? 1 : size)) {
-        return memory;
+        return counted(memory);
     }
     throw std::bad_alloc();
 }
@@ -25,7 +42,7 @@ void* countedAllocateAligned(std::size_t size, std::align_val_t alignment) {
     std::size_t const align = static_cast<std::size_t>(alignment);
     std::size_t const rounded = (size + align - 1) / align * align;
     if (void* memory = std::aligned_alloc(align, rounded == 0 ? align : rounded)) {
-        return memory;
+        return counted(memory);
     }
     throw std::bad_alloc();
 }
@@ -35,6 +52,9 @@ void* countedAllocateAligned(std::size_t size, std::align_val_t alignment) {
 namespace bench {
 
 std::uint64_t allocationCount() noexcept { return allocations; }
+std::uint64_t liveBytes() noexcept { return live; }
+std::uint64_t peakBytes() noexcept { return peak; }
+void resetPeakBytes() noexcept { peak = live; }
 
 void AllocationMeter::report(benchmark::State& state, double operationsPerIteration) const {
     double const counted = static_cast<double>(allocationCount() - start_);
@@ -61,13 +81,13 @@ void* operator new[](std::size_t size, std::align_val_t alignment) {
     return countedAllocateAligned(size, alignment);
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete[](void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::nothrow_t const&) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::nothrow_t const&) noexcept { std::free(memory); }
-void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::align_val_t) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
-void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
+void operator delete(void* memory) noexcept { release(memory); }
+void operator delete[](void* memory) noexcept { release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { release(memory); }
+void operator delete(void* memory, std::nothrow_t const&) noexcept { release(memory); }
+void operator delete[](void* memory, std::nothrow_t const&) noexcept { release(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::align_val_t) noexcept { release(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { release(memory); }
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { release(memory); }

@@ -11,6 +11,13 @@ namespace bench {
 /// Calls of any global operator new made so far in this process.
 std::uint64_t allocationCount() noexcept;
 
+/// Bytes held by global operator new now (as malloc_usable_size counts them).
+std::uint64_t liveBytes() noexcept;
+/// The most liveBytes() has been since the last resetPeakBytes().
+std::uint64_t peakBytes() noexcept;
+/// Starts a new peak from liveBytes().
+void resetPeakBytes() noexcept;
+
 /// Counts the allocations made between its construction and `report`, and
 /// publishes them as the counter "allocs_per_op": allocations per iteration
 /// divided by `operationsPerIteration`.

@@ -43,7 +43,7 @@ CheckReport checkEntry(PageEntry const& entry, LoadOptions const& load) {
     try {
         std::string text;
         PageError readError;
-        if (readPageEntry(entry, text, readError)) return checkPage(text, entry.source(), load);
+        if (readPageEntry(entry, text, readError)) return checkOwnedPage(std::move(text), entry.source(), load);
         report.failures.push_back(std::move(readError));
     } catch (std::bad_alloc const&) {
         report = CheckReport{};
@@ -66,10 +66,10 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
         CheckReport const report = checkEntry(entries[i], load);
         bool const warn = !global.quiet && !report.warnings.empty();
         if (warn || !report.passed()) progress.clear();
-        if (warn) printErrors(report.warnings, "warning: ");
+        if (warn) printErrors(report.warnings, "warning");
         if (!report.passed()) {
             ++failed;
-            printErrors(report.failures, "FAIL ");
+            printErrors(report.failures, "error");
         }
         progress.step(i + 1);
     }

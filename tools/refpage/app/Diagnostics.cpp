@@ -26,8 +26,8 @@ std::string oneLine(std::string const& text) {
 
 }  // namespace
 
-void printErrors(PageErrors const& errors, char const* prefix) {
-    for (auto const& error : errors) fmt::print(stderr, "{}{}\n", prefix, oneLine(error.describe()));
+void printErrors(PageErrors const& errors, std::string_view severity) {
+    for (auto const& error : errors) fmt::print(stderr, "{}\n", oneLine(error.describe(severity)));
 }
 
 }  // namespace refpage

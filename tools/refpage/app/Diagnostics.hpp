@@ -2,11 +2,12 @@
 #pragma once
 
 #include <refpage/PageError.hpp>
+#include <string_view>
 
 namespace refpage {
 
-/// Prints each error on stderr as `prefix` and its description, on one line: control
-/// characters from file names or page text (line feeds and tabs included) are escaped.
-void printErrors(PageErrors const& errors, char const* prefix);
+/// Prints each error on stderr as "file:line:column: severity: message [pointer]", on one
+/// line: control characters from file names or page text (line feeds and tabs included) are escaped.
+void printErrors(PageErrors const& errors, std::string_view severity);
 
 }  // namespace refpage

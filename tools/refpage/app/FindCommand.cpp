@@ -8,7 +8,7 @@
 #include <refpage/PageSource.hpp>
 #include <refpage/TextEscape.hpp>
 #include <refpage/TextTable.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 #include <string>
 #include <vector>
 
@@ -34,23 +34,23 @@ int find(FindOptions const& options, GlobalOptions const& global) {
     }
     std::vector<PageEntry> const entries = findPageEntries(options.paths);
     bool bad = false;
-    std::u16string const wanted = toUtf16(options.name);
+    std::u16string const wanted = utf8::utf8to16(options.name);
     TextTable table({"Name", "Type", "Function", "Deprecated", "Purpose", "Link"}, 40);
     std::size_t matches = 0;
     for (auto const& entry : entries) {
         LoadResult const result = loadEntry(entry, LoadOptions{global.strict});
-        if (!global.quiet) printErrors(result.warnings, "warning: ");
+        if (!global.quiet) printErrors(result.warnings, "warning");
         if (!result.ok()) {
-            printErrors(result.errors, "error: ");
+            printErrors(result.errors, "error");
             bad = true;
             continue;
         }
         RefItemLookup const lookup = makeLookup(nativePage(result.page.get()));
         if (lookup.getName().find(wanted) == std::u16string::npos) continue;
         ++matches;
-        table.addRow({displayable(toUtf8(lookup.getName())), RefEntityType::enumToString(lookup.getType()),
+        table.addRow({displayable(utf8::utf16to8(lookup.getName())), RefEntityType::enumToString(lookup.getType()),
                       FunctionType::enumToString(lookup.getFunctionType()), lookup.isDeprecated() ? "yes" : "no",
-                      displayable(toUtf8(lookup.getPurpose())), displayable(toUtf8(lookup.getHref()))});
+                      displayable(utf8::utf16to8(lookup.getPurpose())), displayable(utf8::utf16to8(lookup.getHref()))});
     }
     if (matches == 0) {
         if (!global.quiet) fmt::print("no page name contains {}\n", refpage::quoted(options.name));

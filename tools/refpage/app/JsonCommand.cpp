@@ -21,9 +21,9 @@ struct JsonOptions {
 
 int json(JsonOptions const& options, GlobalOptions const& global) {
     LoadResult const result = loadNamedPage(options.file, LoadOptions{global.strict});
-    if (!global.quiet) printErrors(result.warnings, "warning: ");
+    if (!global.quiet) printErrors(result.warnings, "warning");
     if (!result.ok()) {
-        printErrors(result.errors, "error: ");
+        printErrors(result.errors, "error");
         return exitFailed;
     }
     std::string const text = jsonText(pageToJson(result.page.get())) + "\n";

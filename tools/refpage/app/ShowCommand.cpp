@@ -18,9 +18,9 @@ int show(std::string const& file, GlobalOptions const& global) {
     LoadOptions const load{global.strict};
     LoadResult const result =
         file.empty() ? loadPage(samplePage(), "<sample refpage.check.json>", load) : loadNamedPage(file, load);
-    if (!global.quiet) printErrors(result.warnings, "warning: ");
+    if (!global.quiet) printErrors(result.warnings, "warning");
     if (!result.ok()) {
-        printErrors(result.errors, "error: ");
+        printErrors(result.errors, "error");
         return exitFailed;
     }
     fmt::print("{}", renderPage(nativePage(result.page.get())));

@@ -33,8 +33,8 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
     }
     for (std::size_t i = 0; i < entries.size(); ++i) {
         auto const& result = inputs.results[i];
-        if (!global.quiet) printErrors(result.warnings, "warning: ");
-        printErrors(result.errors, "error: ");
+        if (!global.quiet) printErrors(result.warnings, "warning");
+        printErrors(result.errors, "error");
         if (result.ok())
             inputs.pages.push_back({entries[i].source(), &nativePage(result.page.get())});
         else
@@ -49,7 +49,7 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
     if (!options.templates.empty()) {
         PageErrors errors;
         inputs.site.templates = SiteTemplates::load(options.templates, errors);
-        printErrors(errors, "error: ");
+        printErrors(errors, "error");
         if (!errors.empty()) inputs.status = exitFailed;
     }
     return inputs;
@@ -57,8 +57,8 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
 
 int finishSiteBuild(SiteReport const& report, SiteInputs const& inputs, SiteCommandOptions const& options,
                     GlobalOptions const& global, char const* what) {
-    if (!global.quiet) printErrors(report.warnings, "warning: ");
-    printErrors(report.errors, "error: ");
+    if (!global.quiet) printErrors(report.warnings, "warning");
+    printErrors(report.errors, "error");
     std::size_t const moved = report.warnings.size() - report.unresolvedLinks;
     if (!global.quiet)
         fmt::print(stderr, "{}: {} pages written to {}, {} unresolved links shown as text, {} pages moved\n", what,

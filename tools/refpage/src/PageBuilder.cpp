@@ -5,12 +5,13 @@
 #include <reference/glue/Properties.hpp>
 #include <reference/property/RequireScalar.hpp>
 #include <refpage/PageBuilder.hpp>
+#include <new>
 #include <utility>
 
 namespace refpage {
 
-PageBuildError::PageBuildError(std::string path, std::string const& message)
-    : std::runtime_error(message), path_(std::move(path)) {}
+PageBuildError::PageBuildError(std::string path, std::string const& message, std::size_t offset)
+    : std::runtime_error(message), path_(std::move(path)), offset_(offset) {}
 
 namespace {
 
@@ -35,9 +36,11 @@ public:
         } catch (PageBuildError const&) {
             throw;
         } catch (reference::property::RequireScalar const& e) {
-            throw PageBuildError(path_, fmt::format("{} [{}]", e.what(), e.GetID()));
+            throw PageBuildError(path_, fmt::format("{} [{}]", e.what(), e.GetID()), offset_);
+        } catch (std::bad_alloc const&) {
+            throw PageBuildError(path_, "out of memory while building the page through the host", offset_);
         } catch (std::exception const& e) {
-            throw PageBuildError(path_, e.what());
+            throw PageBuildError(path_, e.what(), offset_);
         }
     }
 
@@ -52,6 +55,7 @@ private:
             std::size_t const size = path_.size();
             path_ += '/';
             path_ += assignment.entry->word;
+            offset_ = assignment.offset;
             assign(record, *assignment.entry, assignment.value);
             path_.resize(size);
         }
@@ -99,7 +103,8 @@ private:
         }
     }
 
-    std::string path_;
+    std::string path_;        ///< pointer of the value being assigned; left as it was when an assignment fails
+    std::size_t offset_ = 0;  ///< text offset of that value
 };
 
 }  // namespace

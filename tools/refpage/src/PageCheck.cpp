@@ -1,110 +1,319 @@
 #include <fmt/format.h>
+#include <utf8.h>
 
+#include <new>
+#include <nlohmann/json.hpp>
+#include <ovrin/array.hpp>
+#include <reference/glue/Properties.hpp>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageWriter.hpp>
+#include <refpage/TextEscape.hpp>
+#include <span>
+#include <type_traits>
 
-#include "JsonPath.hpp"
+#include "NativeFields.hpp"
 
 namespace refpage {
 
 namespace {
 
-std::string shortText(Json const& json) {
-    std::string text = json.dump(-1, ' ', false, Json::error_handler_t::replace);
-    if (text.size() > 60) text = text.substr(0, 57) + "...";
-    return text;
+using reference::glue::PropertyEntry;
+using reference::glue::PropertyKind;
+using reference::glue::PropertyTable;
+using Pointer = nlohmann::json_pointer<std::string>;
+
+/// A difference found, before its position is known.
+struct Difference {
+    std::string path;
+    std::string message;
+    std::size_t offset;  ///< of the input value (or of its record, for a key the input left out)
+};
+
+template <class T>
+struct IsVector : std::false_type {};
+template <class T>
+struct IsVector<std::vector<T>> : std::true_type {};
+
+/// At most 40 code units of a text, for a message.
+std::string show(std::u16string_view text) {
+    std::u16string_view const shown = text.substr(0, 40);
+    std::string utf8;
+    try {
+        utf8 = utf8::utf16to8(shown);
+    } catch (utf8::exception const&) {
+        return "(a text with an unpaired surrogate)";
+    }
+    return refpage::quoted(utf8) + (shown.size() < text.size() ? "..." : "");
 }
 
-}  // namespace
+/// The assignment of `entry` in `node`, or null when the page left the key out.
+Assignment const* given(PageNode const& node, PropertyEntry const& entry) {
+    for (Assignment const& assignment : node.assignments)
+        if (assignment.entry == &entry) return &assignment;
+    return nullptr;
+}
 
-void compareJson(Json const& expected, Json const& actual, std::string& path, std::vector<std::string>& differences) {
-    if (expected.is_object() && actual.is_object()) {
-        for (auto const& [key, value] : expected.items()) {
-            PathSegment const segment(path, key);
-            auto const found = actual.find(key);
-            if (found == actual.end())
-                differences.push_back(fmt::format("{}: missing", path));
-            else
-                compareJson(value, *found, path, differences);
+/// Compares a record as the input gave it with the record as one kind of getter reads it.
+class Comparison {
+public:
+    Comparison(std::string_view what, std::vector<Difference>& differences, std::size_t& count)
+        : what_(what), differences_(differences), count_(count) {}
+
+    /// Through the host getters of the glue's property table.
+    void host(PageNode const& node, void const* record) {
+        for (PropertyEntry const& entry : node.table->entries) {
+            Assignment const* const assignment = given(node, entry);
+            std::size_t const offset = assignment != nullptr ? assignment->offset : node.offset;
+            path_.push_back(std::string(entry.word));
+            switch (entry.kind) {
+                case PropertyKind::String: text(offset, assignment, entry.strings().get(record)); break;
+                case PropertyKind::Bool: flag(offset, assignment, entry.flag().get(record)); break;
+                case PropertyKind::Enumeration:
+                    enumeration(offset, assignment, entry, reference::glue::enumerationValues(entry.arrays().get(record)));
+                    break;
+                case PropertyKind::StringList: {
+                    oxArray_tag const* const array = entry.arrays().get(record);
+                    texts(offset, assignment, oxGetNumberOfElements(array),
+                          [array](std::size_t i) -> std::u16string const& { return oxGetStringElement(array, i); });
+                    break;
+                }
+                case PropertyKind::ObjectArray:
+                case PropertyKind::Record: {
+                    oxArray_tag const* const array = entry.arrays().get(record);
+                    records(offset, assignment, entry, oxGetNumberOfElements(array),
+                            [this, array, &entry](PageNode const& child, std::size_t i) {
+                                ocos::COSInterfacePtr const object = omGetArrayElement(array, i);
+                                host(child, reference::glue::recordOf(*object.get(), entry.elementTable()));
+                            });
+                    break;
+                }
+            }
+            path_.pop_back();
         }
-        return;
     }
-    if (expected.is_array() && actual.is_array()) {
-        if (expected.size() != actual.size()) {
-            differences.push_back(
-                fmt::format("{}: {} elements expected, found {}", path, expected.size(), actual.size()));
+
+    /// Through the native getters of the record's class.
+    template <class Record>
+    void native(PageNode const& node, Record const& record) {
+        native::visitFields(record, [this, &node](std::string_view word, auto const& value) {
+            PropertyEntry const& entry = *node.table->find(word);
+            Assignment const* const assignment = given(node, entry);
+            std::size_t const offset = assignment != nullptr ? assignment->offset : node.offset;
+            path_.push_back(std::string(word));
+            using Value = std::decay_t<decltype(value)>;
+            if constexpr (std::is_same_v<Value, std::u16string>) {
+                text(offset, assignment, value);
+            } else if constexpr (std::is_same_v<Value, bool>) {
+                flag(offset, assignment, value);
+            } else if constexpr (std::is_enum_v<Value>) {
+                std::uint32_t const number = value;
+                enumeration(offset, assignment, entry, std::span(&number, 1));
+            } else if constexpr (std::is_same_v<Value, std::vector<std::u16string>>) {
+                texts(offset, assignment, value.size(), [&value](std::size_t i) -> auto const& { return value[i]; });
+            } else if constexpr (IsVector<Value>::value) {
+                records(offset, assignment, entry, value.size(),
+                        [this, &value](PageNode const& child, std::size_t i) { native(child, value[i]); });
+            } else {
+                records(offset, assignment, entry, 1,
+                        [this, &value](PageNode const& child, std::size_t) { native(child, value); });
+            }
+            path_.pop_back();
+        });
+    }
+
+private:
+    void differ(std::size_t offset, std::string message) {
+        differences_.push_back(Difference{path_.to_string(), fmt::format("{}: {}", what_, message), offset});
+    }
+
+    void text(std::size_t offset, Assignment const* assignment, std::u16string_view actual) {
+        ++count_;
+        std::u16string_view const expected =
+            assignment != nullptr ? std::u16string_view(std::get<std::u16string>(assignment->value)) : u"";
+        if (expected != actual) differ(offset, fmt::format("expected {}, found {}", show(expected), show(actual)));
+    }
+
+    void flag(std::size_t offset, Assignment const* assignment, bool actual) {
+        ++count_;
+        bool const expected = assignment != nullptr && std::get<bool>(assignment->value);
+        if (expected != actual) differ(offset, fmt::format("expected {}, found {}", expected, actual));
+    }
+
+    void enumeration(std::size_t offset, Assignment const* assignment, PropertyEntry const& entry,
+                     std::span<std::uint32_t const> actual) {
+        ++count_;
+        std::uint32_t const initial = entry.enumeration->keyToValue(entry.enumeration->defaultKey);
+        std::span<std::uint32_t const> const expected =
+            assignment != nullptr ? std::span<std::uint32_t const>(std::get<EnumerationValues>(assignment->value))
+                                  : std::span(&initial, 1);
+        if (!std::equal(expected.begin(), expected.end(), actual.begin(), actual.end()))
+            differ(offset, fmt::format("expected {}, found {}", fmt::join(expected, ", "), fmt::join(actual, ", ")));
+    }
+
+    template <class Element>
+    void texts(std::size_t offset, Assignment const* assignment, std::size_t count, Element element) {
+        static StringList const none;
+        StringList const& expected = assignment != nullptr ? std::get<StringList>(assignment->value) : none;
+        if (!sameCount(offset, expected.size(), count)) return;
+        for (std::size_t i = 0; i < count; ++i) {
+            path_.push_back(std::to_string(i));
+            Assignment const item{nullptr, expected[i], offset};
+            text(offset, &item, element(i));
+            path_.pop_back();
+        }
+    }
+
+    /// `visit(expectedChild, i)` for each of `count` records; a single record's absent
+    /// key expects the record as constructed.
+    template <class Visit>
+    void records(std::size_t offset, Assignment const* assignment, PropertyEntry const& entry, std::size_t count,
+                 Visit visit) {
+        if (entry.kind == PropertyKind::Record && assignment == nullptr) {
+            visit(PageNode{&entry.elementTable(), {}, offset}, 0);
             return;
         }
-        for (std::size_t i = 0; i < expected.size(); ++i) {
-            PathSegment const segment(path, i);
-            compareJson(expected[i], actual[i], path, differences);
+        static NodeList const none;
+        NodeList const& expected = assignment != nullptr ? std::get<NodeList>(assignment->value) : none;
+        if (entry.kind == PropertyKind::Record) {
+            visit(expected.front(), 0);
+            return;
         }
-        return;
+        if (!sameCount(offset, expected.size(), count)) return;
+        for (std::size_t i = 0; i < count; ++i) {
+            path_.push_back(std::to_string(i));
+            visit(expected[i], i);
+            path_.pop_back();
+        }
     }
-    if (expected != actual)
-        differences.push_back(fmt::format("{}: expected {}, found {}", path, shortText(expected), shortText(actual)));
-}
 
-namespace {
+    bool sameCount(std::size_t offset, std::size_t expected, std::size_t actual) {
+        ++count_;
+        if (expected != actual) differ(offset, fmt::format("{} elements expected, found {}", expected, actual));
+        return expected == actual;
+    }
+
+    std::string_view what_;
+    std::vector<Difference>& differences_;
+    std::size_t& count_;
+    Pointer path_;
+};
 
 class PageChecker {
 public:
     PageChecker(std::string_view source, CheckReport& report) : source_(source), report_(report) {}
 
-    void fail(std::string path, std::string message) {
-        report_.failures.push_back(PageError{std::string(source_), std::move(path), std::move(message)});
-    }
-
-    void compare(std::string_view what, Json const& expected, Json const& actual) {
-        std::vector<std::string> differences;
-        std::string path;
-        compareJson(expected, actual, path, differences);
-        for (auto const& difference : differences) fail({}, fmt::format("{}: {}", what, difference));
-    }
-
-    void check(ParsedPage const& parsed) {
-        LoadResult const loaded = buildPage(parsed, source_);
-        report_.failures.insert(report_.failures.end(), loaded.errors.begin(), loaded.errors.end());
-        if (!loaded.ok()) return;
-
-        Json const expected = documentToJson(parsed.root);
-        Json const fromHost = pageToJson(loaded.page.get());
-        compare("read through the host getters", expected, fromHost);
-        auto const& page = nativePage(loaded.page.get());
-        compare("read through the native getters", expected, nativePageToJson(page));
-
-        LoadResult const reloaded = loadPage(jsonText(fromHost), source_);
-        if (!reloaded.ok()) {
-            for (auto const& error : reloaded.errors)
-                fail(error.path, "written out and loaded again: " + error.message);
-        } else if (!(nativePage(reloaded.page.get()) == page)) {
-            fail({}, "written out and loaded again, the page differs");
+    /// Checks `text`; releases `owned` (which holds `text` when not null) once it is no longer needed.
+    void check(std::string_view text, std::string* owned, LoadOptions const& options) {
+        stage_ = "reading the page";
+        ParsedPage parsed = parsePage(text, source_, options);
+        report_.warnings = std::move(parsed.warnings);
+        if (!parsed.ok()) {
+            report_.failures = std::move(parsed.errors);
+            return;
         }
+        stage_ = "building the page through the host";
+        LoadResult loaded = buildPage(parsed, source_, text);
+        if (!loaded.ok()) {
+            report_.failures = loaded.errors;
+            return;
+        }
+        auto const& page = nativePage(loaded.page.get());
+        stage_ = "comparing the page with its input";
+        compareWithInput(parsed.root, loaded, text);
+        parsed.root = PageNode{};
+        if (owned != nullptr) {
+            std::string().swap(*owned);
+            text = {};
+        }
+
+        stage_ = "copying the page";
+        report_.comparisons.push_back(copied);
         if (!(page.copy() == page)) fail({}, "a copy of the page differs from it");
+
+        // The written text stands for the first page from here on, so that the page, its
+        // nodes and the page loaded again are never alive together.
+        stage_ = "writing the page out and loading it again";
+        report_.comparisons.push_back(reloaded);
+        std::string const written = pageText(loaded.page.get(), text.size());
+        loaded = LoadResult{};
+        LoadResult again;
+        {
+            ParsedPage reparsed = parsePage(written, source_);
+            again = buildPage(reparsed, source_, written);
+        }
+        if (!again.ok()) {
+            for (auto const& error : again.errors)
+                fail(error.path, "written out and loaded again: " + error.message, error.line, error.column);
+        } else if (pageText(again.page.get(), written.size()) != written) {
+            fail({}, "written out and loaded again, the page writes a different text");
+        }
+    }
+
+    std::string_view stage() const { return stage_; }
+
+    void fail(std::string path, std::string message, std::size_t line = 0, std::size_t column = 0) {
+        report_.failures.push_back(PageError{std::string(source_), std::move(path), std::move(message), line, column});
     }
 
 private:
+    void compareWithInput(PageNode const& root, LoadResult const& loaded, std::string_view text) {
+        std::vector<Difference> differences;
+        ocos::COSInterfacePtr const object = reference::glue::objectOf(loaded.page.get());
+        report_.comparisons.push_back(readThroughHost);
+        Comparison(readThroughHost, differences, report_.valuesCompared)
+            .host(root, reference::glue::recordOf(*object.get(), *root.table));
+        report_.comparisons.push_back(readThroughNative);
+        Comparison(readThroughNative, differences, report_.valuesCompared).native(root, nativePage(loaded.page.get()));
+        for (std::size_t i = 0; i < differences.size() && i < maxReported; ++i) {
+            TextPosition const position = positionOf(text, differences[i].offset);
+            fail(std::move(differences[i].path), std::move(differences[i].message), position.line, position.column);
+        }
+        if (differences.size() > maxReported) fail({}, fmt::format("{} more not listed", differences.size() - maxReported));
+    }
+
     std::string_view source_;
     CheckReport& report_;
+    std::string_view stage_;
 };
+
+CheckReport run(std::string_view text, std::string* owned, std::string_view source, LoadOptions const& options) {
+    CheckReport report;
+    std::string_view stage;
+    try {
+        PageChecker checker(source, report);
+        try {
+            checker.check(text, owned, options);
+            return report;
+        } catch (std::bad_alloc const&) {
+            stage = checker.stage();
+        } catch (std::exception const& e) {
+            checker.fail({}, fmt::format("check failed while {}: {}", checker.stage(), e.what()));
+            return report;
+        }
+    } catch (std::bad_alloc const&) {
+        stage = "checking the page";
+    }
+    // Everything the check held is released by now.
+    report = CheckReport{};
+    report.failures.push_back(PageError{std::string(source), {}, fmt::format("out of memory while {}", stage)});
+    return report;
+}
 
 }  // namespace
 
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options) {
-    CheckReport report;
-    ParsedPage const parsed = parsePage(text, source, options);
-    report.warnings = parsed.warnings;
-    if (!parsed.ok()) {
-        report.failures = parsed.errors;
-        return report;
+    return run(text, nullptr, source, options);
+}
+
+CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options) {
+    if (text.capacity() - text.size() > text.size() / 4) {
+        try {
+            text.shrink_to_fit();
+        } catch (std::bad_alloc const&) {  // checked as it is
+        }
     }
-    try {
-        PageChecker(source, report).check(parsed);
-    } catch (std::exception const& e) {
-        report.failures.push_back(PageError{std::string(source), {}, fmt::format("check failed: {}", e.what())});
-    }
-    return report;
+    return run(text, &text, source, options);
 }
 
 }  // namespace refpage

@@ -1,13 +1,24 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <refpage/PageError.hpp>
+#include <refpage/TextEscape.hpp>
 
 namespace refpage {
 
-std::string PageError::describe() const {
-    if (line != 0) return fmt::format("{}:{}:{}: {}", source, line, column, message);
-    if (path.empty()) return fmt::format("{}: {}", source, message);
-    return fmt::format("{}: {}: {}", source, path, message);
+std::string PageError::describe(std::string_view severity) const {
+    std::string text = source;
+    if (line != 0) text += fmt::format(":{}:{}", line, column);
+    text += fmt::format(": {}: {}", severity, message);
+    if (!path.empty()) text += fmt::format(" [{}]", displayable(path));
+    return text;
+}
+
+TextPosition positionOf(std::string_view text, std::size_t offset) {
+    std::string_view const before = text.substr(0, std::min(offset, text.size()));
+    std::size_t const newline = before.rfind('\n');
+    std::size_t const lineStart = newline == std::string_view::npos ? 0 : newline + 1;
+    return {static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')) + 1, before.size() - lineStart + 1};
 }
 
 }  // namespace refpage

@@ -1,3 +1,4 @@
+#include <new>
 #include <reference/glue/Classes.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/PageBuilder.hpp>
@@ -11,25 +12,36 @@ void ensureHostClasses() {
     static_cast<void>(registered);
 }
 
-LoadResult buildPage(ParsedPage const& parsed, std::string_view source) {
+LoadResult buildPage(ParsedPage const& parsed, std::string_view source, std::string_view text) {
     LoadResult result;
-    result.warnings = parsed.warnings;
-    if (!parsed.ok()) {
-        result.errors = parsed.errors;
-        return result;
-    }
-    ensureHostClasses();
     try {
-        result.page = buildRecord(parsed.root);
-    } catch (PageBuildError const& e) {
-        result.errors.push_back(PageError{std::string(source), e.path(), e.what()});
+        result.warnings = parsed.warnings;
+        if (!parsed.ok()) {
+            result.errors = parsed.errors;
+            return result;
+        }
+        ensureHostClasses();
+        try {
+            result.page = buildRecord(parsed.root);
+        } catch (PageBuildError const& e) {
+            PageError error{std::string(source), e.path(), e.what()};
+            if (!text.empty()) {
+                TextPosition const position = positionOf(text, e.offset());
+                error.line = position.line;
+                error.column = position.column;
+            }
+            result.errors.push_back(std::move(error));
+        }
+    } catch (std::bad_alloc const&) {
+        result = LoadResult{};
+        result.errors.push_back(PageError{std::string(source), {}, "out of memory while loading the page"});
     }
     return result;
 }
 
 LoadResult loadPage(std::string_view text, std::string_view source, LoadOptions const& options) {
     ensureHostClasses();
-    return buildPage(parsePage(text, source, options), source);
+    return buildPage(parsePage(text, source, options), source, text);
 }
 
 LoadResult loadPageFile(std::filesystem::path const& file, LoadOptions const& options) {

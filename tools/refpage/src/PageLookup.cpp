@@ -8,7 +8,7 @@
 #include <refpage/PageLookup.hpp>
 #include <refpage/TextEscape.hpp>
 #include <refpage/TextTable.hpp>
-#include <refpage/Utf.hpp>
+#include <utf8.h>
 
 namespace refpage {
 
@@ -27,7 +27,7 @@ namespace {
 
 /// Page text as it may reach a terminal: control and non-printable characters escaped.
 std::string utf8(std::u16string const& text) {
-    return displayable(toUtf8(text));
+    return displayable(utf8::utf16to8(text));
 }
 
 std::string joined(std::vector<std::u16string> const& values) {

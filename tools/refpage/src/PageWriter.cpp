@@ -1,111 +1,173 @@
+#include <fmt/format.h>
+#include <utf8.h>
+
 #include <ovrin/array.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/PageWriter.hpp>
-#include <refpage/Utf.hpp>
+#include <algorithm>
+#include <optional>
+#include <span>
 
 namespace refpage {
 
 namespace {
 
+using reference::glue::PropertyEntry;
 using reference::glue::PropertyKind;
 using reference::glue::PropertyTable;
 
-/// One number for a scalar, an array for any other count.
-template <class Numbers>
-Json enumerationJson(Numbers const& values) {
-    if (values.size() == 1) return Json(values[0]);
-    Json list = Json::array();
-    for (std::uint32_t const value : values) list.push_back(value);
-    return list;
-}
+/// Appends bytes of UTF-8 to a string, escaped as a JSON string's content.
+class EscapingAppender {
+public:
+    using iterator_category = std::output_iterator_tag;
+    using value_type = void;
+    using difference_type = std::ptrdiff_t;
+    using pointer = void;
+    using reference = void;
 
-Json stringArrayJson(oxArray_tag const* array) {
-    Json list = Json::array();
-    std::size_t const count = oxGetNumberOfElements(array);
-    for (std::size_t i = 0; i < count; ++i) list.push_back(toUtf8(oxGetStringElement(array, i)));
-    return list;
-}
+    explicit EscapingAppender(std::string& out) : out_(&out) {}
+    EscapingAppender& operator*() { return *this; }
+    EscapingAppender& operator++() { return *this; }
+    EscapingAppender& operator++(int) { return *this; }
+    EscapingAppender& operator=(char byte) {
+        switch (byte) {
+            case '"': *out_ += "\\\""; break;
+            case '\\': *out_ += "\\\\"; break;
+            case '\b': *out_ += "\\b"; break;
+            case '\f': *out_ += "\\f"; break;
+            case '\n': *out_ += "\\n"; break;
+            case '\r': *out_ += "\\r"; break;
+            case '\t': *out_ += "\\t"; break;
+            default:
+                if (static_cast<unsigned char>(byte) < 0x20)
+                    *out_ += fmt::format("\\u{:04x}", static_cast<unsigned>(byte));
+                else
+                    *out_ += byte;
+        }
+        return *this;
+    }
+
+private:
+    std::string* out_;  ///< never null
+};
+
+/// Writes records in the layout of nlohmann's dump with a one-space indent.
+class PageTextWriter {
+public:
+    explicit PageTextWriter(std::size_t sizeHint) { out_.reserve(sizeHint); }
+    /// The text, its spare capacity released when that is more than a quarter.
+    std::string take() {
+        if (out_.capacity() - out_.size() > out_.size() / 4) out_.shrink_to_fit();
+        return std::move(out_);
+    }
+
+    void record(void const* record, PropertyTable const& table, std::size_t level) {
+        out_ += '{';
+        bool first = true;
+        for (PropertyEntry const& entry : table.entries) {
+            if (!first) out_ += ',';
+            first = false;
+            newLine(level + 1);
+            out_ += '"';
+            out_ += entry.word;
+            out_ += "\": ";
+            value(record, entry, level + 1);
+        }
+        newLine(level);
+        out_ += '}';
+    }
+
+private:
+    void newLine(std::size_t level) {
+        out_ += '\n';
+        out_.append(level, ' ');
+    }
+
+    void text(std::u16string_view value) {
+        out_ += '"';
+        utf8::utf16to8(value.begin(), value.end(), EscapingAppender(out_));
+        out_ += '"';
+    }
+
+    void text(std::string_view utf8) {
+        out_ += '"';
+        std::copy(utf8.begin(), utf8.end(), EscapingAppender(out_));
+        out_ += '"';
+    }
+
+    /// "[]" for none, else one element a line.
+    template <class Element>
+    void array(std::size_t count, std::size_t level, Element element) {
+        if (count == 0) {
+            out_ += "[]";
+            return;
+        }
+        out_ += '[';
+        for (std::size_t i = 0; i < count; ++i) {
+            if (i != 0) out_ += ',';
+            newLine(level + 1);
+            element(i);
+        }
+        newLine(level);
+        out_ += ']';
+    }
+
+    void value(void const* record, PropertyEntry const& entry, std::size_t level) {
+        switch (entry.kind) {
+            case PropertyKind::String: text(entry.strings().get(record)); return;
+            case PropertyKind::Bool: out_ += entry.flag().get(record) ? "true" : "false"; return;
+            case PropertyKind::Enumeration: {
+                std::span<std::uint32_t const> const values =
+                    reference::glue::enumerationValues(entry.arrays().get(record));
+                auto const write = [this, &entry](std::uint32_t number) {
+                    std::optional<std::string_view> const key = entry.enumeration->keyOf(number);
+                    if (key && !key->empty())
+                        text(*key);
+                    else
+                        out_ += fmt::format("{}", number);
+                };
+                if (values.size() == 1) {
+                    write(values[0]);
+                    return;
+                }
+                array(values.size(), level, [&](std::size_t i) { write(values[i]); });
+                return;
+            }
+            case PropertyKind::StringList: {
+                oxArray_tag const* const list = entry.arrays().get(record);
+                array(oxGetNumberOfElements(list), level, [&](std::size_t i) { text(oxGetStringElement(list, i)); });
+                return;
+            }
+            case PropertyKind::ObjectArray: {
+                oxArray_tag const* const list = entry.arrays().get(record);
+                array(oxGetNumberOfElements(list), level, [&](std::size_t i) { element(list, i, entry, level + 1); });
+                return;
+            }
+            case PropertyKind::Record: element(entry.arrays().get(record), 0, entry, level); return;
+        }
+    }
+
+    void element(oxArray_tag const* list, std::size_t index, PropertyEntry const& entry, std::size_t level) {
+        ocos::COSInterfacePtr const object = omGetArrayElement(list, index);
+        PropertyTable const& table = entry.elementTable();
+        record(reference::glue::recordOf(*object.get(), table), table, level);
+    }
+
+    std::string out_;
+};
 
 }  // namespace
 
-Json recordToJson(ocos::COSInterface const& object, PropertyTable const& table) {
-    void const* const record = reference::glue::recordOf(object, table);
-    Json json = Json::object();
-    for (auto const& entry : table.entries) {
-        Json& slot = json[std::string(entry.word)];
-        switch (entry.kind) {
-            case PropertyKind::String: slot = toUtf8(entry.strings().get(record)); break;
-            case PropertyKind::Bool: slot = entry.flag().get(record); break;
-            case PropertyKind::Enumeration:
-                slot = enumerationJson(reference::glue::enumerationValues(entry.arrays().get(record)));
-                break;
-            case PropertyKind::StringList: slot = stringArrayJson(entry.arrays().get(record)); break;
-            case PropertyKind::ObjectArray: {
-                oxArray_tag const* const array = entry.arrays().get(record);
-                PropertyTable const& elementTable = entry.elementTable();
-                std::size_t const count = oxGetNumberOfElements(array);
-                slot = Json::array();
-                for (std::size_t i = 0; i < count; ++i)
-                    slot.push_back(recordToJson(*omGetArrayElement(array, i).get(), elementTable));
-                break;
-            }
-            case PropertyKind::Record:
-                slot = recordToJson(*omGetArrayElement(entry.arrays().get(record), 0).get(), entry.elementTable());
-                break;
-        }
-    }
-    return json;
+std::string pageText(oxArray_tag const* page, std::size_t sizeHint) {
+    ocos::COSInterfacePtr const object = reference::glue::objectOf(page);
+    PropertyTable const& table = reference::glue::tableOf(*object.get());
+    PageTextWriter writer(sizeHint);
+    writer.record(reference::glue::recordOf(*object.get(), table), table, 0);
+    return writer.take();
 }
 
 Json pageToJson(oxArray_tag const* page) {
-    ocos::COSInterfacePtr const object = reference::glue::objectOf(page);
-    return recordToJson(*object.get(), reference::glue::tableOf(*object.get()));
-}
-
-Json initialRecordJson(PropertyTable const& table) {
-    Json json = Json::object();
-    for (auto const& entry : table.entries) {
-        Json& slot = json[std::string(entry.word)];
-        switch (entry.kind) {
-            case PropertyKind::String: slot = ""; break;
-            case PropertyKind::Bool: slot = false; break;
-            case PropertyKind::Enumeration:
-                slot = entry.enumeration->keyToValue(entry.enumeration->defaultKey);
-                break;
-            case PropertyKind::StringList:
-            case PropertyKind::ObjectArray: slot = Json::array(); break;
-            case PropertyKind::Record: slot = initialRecordJson(entry.elementTable()); break;
-        }
-    }
-    return json;
-}
-
-Json documentToJson(PageNode const& node) {
-    Json json = initialRecordJson(*node.table);
-    for (Assignment const& assignment : node.assignments) {
-        Json& slot = json[std::string(assignment.entry->word)];
-        std::visit(
-            [&slot, &assignment](auto const& value) {
-                using Value = std::decay_t<decltype(value)>;
-                if constexpr (std::is_same_v<Value, std::u16string>) {
-                    slot = toUtf8(value);
-                } else if constexpr (std::is_same_v<Value, bool>) {
-                    slot = value;
-                } else if constexpr (std::is_same_v<Value, EnumerationValues>) {
-                    slot = enumerationJson(value);
-                } else if constexpr (std::is_same_v<Value, StringList>) {
-                    slot = Json::array();
-                    for (auto const& text : value) slot.push_back(toUtf8(text));
-                } else if (assignment.entry->kind == PropertyKind::Record) {
-                    slot = documentToJson(value.front());
-                } else {
-                    slot = Json::array();
-                    for (PageNode const& child : value) slot.push_back(documentToJson(child));
-                }
-            },
-            assignment.value);
-    }
-    return json;
+    return Json::parse(pageText(page, 0));
 }
 
 std::string jsonText(Json const& json) {

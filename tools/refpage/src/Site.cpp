@@ -8,10 +8,10 @@
 #include <set>
 #include <nlohmann/json.hpp>
 #include <refpage/PageLookup.hpp>
+#include <refpage/SiteHtml.hpp>
 #include <refpage/Site.hpp>
 #include <refpage/SitePaths.hpp>
 #include <refpage/TextEscape.hpp>
-#include <refpage/Utf.hpp>
 #include <thread>
 
 #include "SiteMustache.hpp"
@@ -61,7 +61,7 @@ bool writeFile(std::filesystem::path const& root, std::string_view path, std::st
 SiteReport planSite(std::span<SitePageInput const> pages) {
     std::vector<std::string> hrefs, names;
     for (auto const& input : pages) {
-        hrefs.push_back(toUtf8(input.page->getHref()));
+        hrefs.push_back(siteUtf8(input.page->getHref()));
         names.push_back(sitePageTitle(*input.page));
     }
     PagePathAssignment assignment = assignPagePaths(hrefs, names);
@@ -89,10 +89,10 @@ std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<st
     std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
     for (std::size_t i = 0; i < pages.size(); ++i) {
         RefItem const& page = *pages[i].page;
-        std::string const package = toUtf8(page.getPackageName());
+        std::string const package = siteUtf8(page.getPackageName());
         auto& slot = packages[{package.empty() ? 1 : 0, lowered(package) + '\0' + package}];
         slot.first = package.empty() ? "Other pages" : package;
-        slot.second.push_back({sitePageTitle(page), toUtf8(page.getPurpose()),
+        slot.second.push_back({sitePageTitle(page), siteUtf8(page.getPurpose()),
                                page.getDeprecationStatus() != DeprecationStatus::Current, i});
     }
     mstch::array packageData;
@@ -131,12 +131,12 @@ std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vec
         auto add = [&](std::string name, RefEntityType::Value type) {
             entries.push_back({{"name", std::move(name)},
                                {"type", RefEntityType::enumToString(type)},
-                               {"purpose", toUtf8(page.getPurpose())},
+                               {"purpose", siteUtf8(page.getPurpose())},
                                {"deprecated", lookup.isDeprecated()},
                                {"path", path}});
         };
         if (page.getRefEntities().empty()) add(sitePageTitle(page), RefEntityType::getDefaultValue());
-        for (auto const& entity : page.getRefEntities()) add(toUtf8(entity.getName()), entity.getRefEntityType());
+        for (auto const& entity : page.getRefEntities()) add(siteUtf8(entity.getName()), entity.getRefEntityType());
     }
     nlohmann::json const index{{"entries", std::move(entries)}};
     return "window.refpageSearchIndex = " + index.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) +

@@ -5,8 +5,8 @@
 #include <fmt/format.h>
 
 #include <memory>
+#include <refpage/SiteHtml.hpp>
 #include <refpage/SitePaths.hpp>
-#include <refpage/Utf.hpp>
 #include <unordered_map>
 
 namespace refpage::site_standin {
@@ -16,7 +16,7 @@ using namespace reference::property;
 SiteLinkResolver makeResolver(std::span<SitePageInput const> pages) {
     auto byHref = std::make_shared<std::unordered_map<std::string, std::size_t>>();
     for (std::size_t i = 0; i < pages.size(); ++i) {
-        std::string href = toUtf8(pages[i].page->getHref());
+        std::string href = siteUtf8(pages[i].page->getHref());
         href.erase(std::min(href.find('#'), href.size()));
         if (!href.empty()) byHref->emplace(std::move(href), i);
     }
@@ -84,7 +84,7 @@ bool writeIndex(std::filesystem::path const& file, std::span<SitePageInput const
     for (std::size_t i = 0; i < pages.size(); ++i) {
         std::string const path = percentEncode(paths[i]);
         for (auto const& entity : pages[i].page->getRefEntities()) {
-            std::string const name = toUtf8(entity.getName());
+            std::string const name = siteUtf8(entity.getName());
             if (name.empty()) continue;
             std::string_view const type = dashType(entity.getRefEntityType());
             sqlite3_bind_text(insert.get(), 1, name.data(), static_cast<int>(name.size()), SQLITE_TRANSIENT);

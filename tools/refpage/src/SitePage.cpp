@@ -4,7 +4,6 @@
 #include <refpage/SiteHtml.hpp>
 #include <refpage/SitePage.hpp>
 #include <refpage/SitePaths.hpp>
-#include <refpage/Utf.hpp>
 #include <set>
 
 #include "SiteMustache.hpp"
@@ -16,14 +15,14 @@ using namespace reference::property;
 namespace {
 
 std::string utf8(std::u16string const& text) {
-    return toUtf8(text);
+    return siteUtf8(text);
 }
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += toUtf8(value);
+        text += siteUtf8(value);
     }
     return text;
 }

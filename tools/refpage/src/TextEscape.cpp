@@ -5,17 +5,17 @@
 
 namespace refpage {
 
-std::string quoted(std::string_view text) {
-    return fmt::format("{:?}", text);
-}
+namespace {
 
-std::string displayable(std::string_view text) {
+/// `text` without quotes, escaped as `quoted` escapes it, except that quotes and
+/// backslashes, and line feeds and tabs when `keepLayout`, stay as they are.
+std::string escapeControls(std::string_view text, bool keepLayout) {
     std::string result;
     result.reserve(text.size());
     auto it = text.begin();
     while (it != text.end()) {
         auto const byte = static_cast<unsigned char>(*it);
-        if ((byte >= 0x20 && byte < 0x7f) || byte == '\n' || byte == '\t') {
+        if ((byte >= 0x20 && byte < 0x7f) || (keepLayout && (byte == '\n' || byte == '\t'))) {
             result += *it++;
             continue;
         }
@@ -31,6 +31,24 @@ std::string displayable(std::string_view text) {
         it = next;
     }
     return result;
+}
+
+}  // namespace
+
+std::string quoted(std::string_view text) {
+    return fmt::format("{:?}", text);
+}
+
+std::string displayable(std::string_view text) {
+    return escapeControls(text, true);
+}
+
+std::string excerpt(std::string_view text, std::size_t limit) {
+    if (text.size() <= limit) return escapeControls(text, false);
+    std::size_t end = limit;
+    // Back up to the start of a character: continuation bytes are 10xxxxxx.
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return escapeControls(text.substr(0, end), false) + "...";
 }
 
 }  // namespace refpage

@@ -1,27 +1,40 @@
-// Checking that a page survives the host: loaded, read back two ways, written
-// out and loaded again, and copied, it always compares equal to its input.
+// Checking that a page survives the host: loaded, read back two ways, copied,
+// written out and loaded again, it always compares equal to its input.
 #pragma once
 
-#include <refpage/Json.hpp>
+#include <cstddef>
 #include <refpage/PageError.hpp>
 #include <refpage/PageParser.hpp>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace refpage {
+
+/// The comparisons a check makes, in order; a CheckReport lists those it made.
+inline constexpr std::string_view readThroughHost = "read through the host getters";
+inline constexpr std::string_view readThroughNative = "read through the native getters";
+inline constexpr std::string_view copied = "copy() of the page";
+inline constexpr std::string_view reloaded = "written out and loaded again";
 
 struct CheckReport {
     PageErrors failures;
     PageErrors warnings;
+    std::vector<std::string_view> comparisons;  ///< the comparisons made (all four once the page loads)
+    std::size_t valuesCompared = 0;             ///< values compared with the input, both read-backs together
 
     bool passed() const noexcept { return failures.empty(); }
 };
 
-/// Every difference between `expected` and `actual` for the keys `expected` has
-/// (arrays compare whole), one message each, with its path under `path`.
-void compareJson(Json const& expected, Json const& actual, std::string& path, std::vector<std::string>& differences);
-
-/// Loads `text` through the host and checks the round trips.
+/// Loads `text` through the host and checks the round trips: every key of every record
+/// read back through the host getters and through the native getters equals the input
+/// (keys the input left out equal the record's initial value); the page's copy() equals
+/// it; the page written out and loaded again equals it. At most two page-sized
+/// structures live at once besides `text`. Never throws: running out of memory is a
+/// failure saying "out of memory" and at which stage.
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options = {});
+
+/// The same, taking the text so that it is released as soon as it is no longer needed.
+CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options = {});
 
 }  // namespace refpage

@@ -3,6 +3,7 @@
 // every enumeration value a number.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <reference/glue/PropertyTable.hpp>
 #include <string>
@@ -26,12 +27,14 @@ using NodeValue = std::variant<std::u16string, bool, EnumerationValues, StringLi
 struct Assignment {
     reference::glue::PropertyEntry const* entry = nullptr;  ///< never null
     NodeValue value;
+    std::size_t offset = 0;  ///< byte offset of the value in the page text
 };
 
 /// One record: its class's table and the keys the page gave, in page order.
 struct PageNode {
     reference::glue::PropertyTable const* table = nullptr;  ///< never null
     std::vector<Assignment> assignments;  ///< keys absent from the page keep the record's initial value
+    std::size_t offset = 0;               ///< byte offset of the record's "{" in the page text
 };
 
 }  // namespace refpage

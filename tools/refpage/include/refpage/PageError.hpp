@@ -1,24 +1,32 @@
-// One problem found in a page: where (file, and a JSON path or a text position)
-// and what.
+// One problem found in a page: where (file, text position, JSON pointer) and what.
 #pragma once
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace refpage {
 
 struct PageError {
-    std::string source;      ///< file name, or what stands for it ("<sample>")
+    std::string source;      ///< file name, or what stands for it ("<sample>", "-")
     std::string path;        ///< JSON pointer of the offending value, as "/InputGroups/0/Inputs/2/Name"; may be empty
-    std::string message;     ///< what is wrong, and what was expected
-    std::size_t line = 0;    ///< 1-based text position for malformed JSON; 0 when the path says where
-    std::size_t column = 0;  ///< 1-based, in bytes
+    std::string message;     ///< what is wrong, and what was expected; page text in it is already quoted
+    std::size_t line = 0;    ///< 1-based line of the offending text; 0 when unknown (I/O errors)
+    std::size_t column = 0;  ///< 1-based, in bytes; 0 exactly when line is
 
-    /// "source:line:column: message" or "source: path: message".
-    std::string describe() const;
+    /// "source:line:column: severity: message [pointer]"; the position is left out when
+    /// unknown and the pointer when empty. The pointer is escaped for a terminal.
+    std::string describe(std::string_view severity = "error") const;
 };
 
 using PageErrors = std::vector<PageError>;
+
+/// The 1-based line and byte column of byte `offset` of `text` (offset may be text.size()).
+struct TextPosition {
+    std::size_t line = 1;
+    std::size_t column = 1;
+};
+TextPosition positionOf(std::string_view text, std::size_t offset);
 
 }  // namespace refpage

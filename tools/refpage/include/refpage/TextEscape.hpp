@@ -3,6 +3,7 @@
 // character (C0, DEL, C1), a formatting character or an invalid byte through raw.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,10 @@ std::string quoted(std::string_view text);
 /// `text` for a terminal, without quotes: line feeds and tabs kept, quotes and
 /// backslashes kept, everything else escaped as `quoted` escapes it.
 std::string displayable(std::string_view text);
+
+/// At most the first `limit` bytes of `text` (never splitting a character), followed
+/// by "..." when cut, on one line: as `displayable` but line feeds and tabs escaped
+/// too. Reads nothing of `text` beyond what it shows; for quoting raw page text.
+std::string excerpt(std::string_view text, std::size_t limit = 40);
 
 }  // namespace refpage

@@ -1,0 +1,104 @@
+// The page check: which comparisons it makes, and that running out of memory
+// anywhere in parsing, building or checking is the page's failure, never an
+// escaped exception or a leak.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+#include <refpage/PageCheck.hpp>
+#include <refpage/PageLoader.hpp>
+#include <string>
+
+#include "support/HostTest.hpp"
+
+namespace {
+
+/// Allocations left before the one that fails; 0 when no failure is armed.
+std::size_t allocationsBeforeFailure = 0;
+bool allocationFailed = false;
+
+void* allocate(std::size_t size) {
+    if (allocationsBeforeFailure != 0 && --allocationsBeforeFailure == 0) {
+        allocationFailed = true;
+        throw std::bad_alloc();
+    }
+    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+    throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+    return allocate(size);
+}
+void* operator new[](std::size_t size) {
+    return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+
+namespace {
+
+constexpr char const* page = R"page({
+ "Href": "demo/checked.html",
+ "RefEntities": [{"Name": "demo.checked", "RefEntityType": "function"}],
+ "Purpose": "A page with a little of everything.",
+ "AppThumbnail": {"Alt": "a thumbnail"},
+ "SyntaxGroups": [{"Title": "Syntax", "SyntaxType": "usage", "Syntaxes": ["checked(x)", "checked(x, y)"]}],
+ "InputGroups": [{"Title": "Inputs", "Inputs": [{"Name": "x", "Values": ["a", "b"], "IsNameValuePair": true}]}]
+})page";
+
+class PageCheck : public HostTest {};
+
+TEST_F(PageCheck, ComparesBothReadBacksTheCopyAndTheReloadedPage) {
+    refpage::CheckReport const report = refpage::checkPage(page, "checked.json");
+    ASSERT_TRUE(report.passed()) << report.failures.front().describe();
+    EXPECT_EQ(report.comparisons, (std::vector<std::string_view>{refpage::readThroughHost, refpage::readThroughNative,
+                                                                 refpage::copied, refpage::reloaded}));
+    // Every value of every record, the left-out keys too, once per read-back: the page's 16
+    // (5 texts, 1 enumeration, 8 list sizes, 2 thumbnail texts), the entity's 3, the syntax
+    // group's 5 (2 syntaxes), the input group's 2, the input's 9 (2 values).
+    EXPECT_EQ(report.valuesCompared, 2u * (16 + 3 + 5 + 2 + 9));
+}
+
+TEST_F(PageCheck, APageThatDoesNotLoadIsComparedWithNothing) {
+    refpage::CheckReport const report = refpage::checkPage(R"({"Href": 1})", "bad.json");
+    EXPECT_FALSE(report.passed());
+    EXPECT_TRUE(report.comparisons.empty());
+    EXPECT_EQ(report.valuesCompared, 0u);
+}
+
+TEST_F(PageCheck, RunningOutOfMemoryAnywhereIsThePagesFailure) {
+    refpage::ensureHostClasses();
+    std::size_t failures = 0;
+    for (std::size_t n = 1;; ++n) {
+        std::string text = page;
+        allocationFailed = false;
+        allocationsBeforeFailure = n;
+        refpage::CheckReport const report = refpage::checkOwnedPage(std::move(text), "checked.json");
+        allocationsBeforeFailure = 0;
+        if (!allocationFailed) {
+            EXPECT_TRUE(report.passed());
+            break;
+        }
+        // A failed allocation that something handled on its own may leave the page passing.
+        if (report.passed()) continue;
+        ++failures;
+        ASSERT_EQ(report.failures.size(), 1u) << "at allocation " << n;
+        EXPECT_NE(report.failures[0].message.find("out of memory"), std::string::npos)
+            << "at allocation " << n << ": " << report.failures[0].describe();
+    }
+    EXPECT_GT(failures, 100u);
+}
+
+}  // namespace

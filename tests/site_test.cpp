@@ -61,6 +61,12 @@ TEST(SiteHtml, EscapingLeavesNoMarkupAndNoControlCharacters) {
               "\xef\xbf\xbd \xef\xbf\xbd \xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd \xc3\xa9 \xf0\x9f\x98\x80");
 }
 
+TEST(SiteHtml, UnpairedSurrogatesBecomeReplacementCharacters) {
+    std::u16string const text{u'a', char16_t{0xd800}, u'b', char16_t{0xdc00}, char16_t{0xd83d}, char16_t{0xde00},
+                              char16_t{0xe9}, char16_t{0xd83d}};
+    EXPECT_EQ(siteUtf8(text), "a\xef\xbf\xbd" "b\xef\xbf\xbd\xf0\x9f\x98\x80\xc3\xa9\xef\xbf\xbd");
+}
+
 TEST(SiteHtml, DescriptionsKeepPreformattedBlocksAndWrapParagraphs) {
     EXPECT_EQ(descriptionHtml("One\ntwo <b>\n\n  code\n\n  more\n===  ==\n\nEnd\r\n"),
               "<p>One\ntwo &lt;b&gt;</p>\n<pre>  code\n\n  more\n===  ==</pre>\n<p>End</p>\n");

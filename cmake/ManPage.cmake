@@ -2,6 +2,7 @@
 # itself: its --help, a COMMANDS section made of every subcommand's --help, and
 # its --version (or VERSION when the tool has no --version).
 # Run with -P; takes TOOL (the built executable), NAME (one line: what it is), VERSION, HELP2MAN, OUTPUT.
+cmake_minimum_required(VERSION 3.25)
 foreach(variable TOOL NAME VERSION HELP2MAN OUTPUT)
   if(NOT ${variable})
     message(FATAL_ERROR "ManPage: ${variable} is required")
@@ -31,12 +32,40 @@ if(help MATCHES "\n[Ss][Uu][Bb][Cc][Oo][Mm][Mm][Aa][Nn][Dd][Ss]:\n(.*)$")
   endforeach()
 endif()
 
+# The lines of `text` as a list; semicolons kept as a token.
+function(lines_of text out)
+  string(REPLACE ";" "@SEMICOLON@" text "${text}")
+  string(REGEX REPLACE "\n$" "" text "${text}")
+  string(REPLACE "\n" ";" lines "${text}")
+  set(${out} "${lines}" PARENT_SCOPE)
+endfunction()
+lines_of("${help}" help_lines)
+list(LENGTH help_lines help_count)
+
 set(include_text "[COMMANDS]\n")
 foreach(command IN LISTS commands)
   execute_process(COMMAND ${tool_name} ${command} --help OUTPUT_VARIABLE command_help RESULT_VARIABLE status)
   if(NOT status EQUAL 0)
     message(FATAL_ERROR "ManPage: ${tool_name} ${command} --help failed (${status})")
   endif()
+  # Lines that end the tool's own --help too (notes every command repeats) are shown once, above.
+  lines_of("${command_help}" command_lines)
+  list(LENGTH command_lines count)
+  set(common 0)
+  while(common LESS count AND common LESS help_count)
+    math(EXPR from_command "${count} - 1 - ${common}")
+    math(EXPR from_help "${help_count} - 1 - ${common}")
+    list(GET command_lines ${from_command} a)
+    list(GET help_lines ${from_help} b)
+    if(NOT a STREQUAL b)
+      break()
+    endif()
+    math(EXPR common "${common} + 1")
+  endwhile()
+  math(EXPR kept "${count} - ${common}")
+  list(SUBLIST command_lines 0 ${kept} command_lines)
+  list(JOIN command_lines "\n" command_help)
+  string(REPLACE "@SEMICOLON@" ";" command_help "${command_help}\n")
   # roff: backslashes escaped, no line may start with a control character.
   string(REPLACE "\\" "\\e" command_help "${command_help}")
   string(REGEX REPLACE "(^|\n)([.'])" "\\1\\\\&\\2" command_help "${command_help}")

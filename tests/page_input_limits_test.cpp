@@ -2,13 +2,17 @@
 // text after the page, foreign encodings and control characters. Each gets a
 // clear error with its position (or loads, where legal), in time and memory
 // proportional to the text.
+#include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <reference/property/RefItem.hpp>
 #include <refpage/PageLoader.hpp>
 #include <refpage/PageParser.hpp>
-#include <fmt/format.h>
-
 #include <string>
 
 #include "support/HostTest.hpp"
@@ -77,6 +81,16 @@ TEST_F(InputLimits, HundredsOfThousandsOfKeysInOneObjectGiveACappedListOfErrors)
     EXPECT_EQ(duplicates.errors.back().message, "299899 more not listed");
 }
 
+TEST_F(InputLimits, WarningsAreCappedLikeErrors) {
+    std::string text = R"({"RefEntities": [)";
+    for (int i = 0; i < 150; ++i) text += (i == 0 ? "" : ",") + R"({"RefEntityType": "functon"})"s;
+    LoadResult const result = load(text + "]}");
+    ASSERT_TRUE(result.ok());
+    ASSERT_EQ(result.warnings.size(), refpage::maxReported + 1);
+    EXPECT_EQ(result.warnings[99].path, "/RefEntities/99/RefEntityType");
+    EXPECT_EQ(result.warnings.back().message, "50 more not listed");
+}
+
 TEST_F(InputLimits, ManyElementsAndLongTextsLoad) {
     std::string text = R"({"RefEntities": [)";
     for (int i = 0; i < 100000; ++i) text += (i == 0 ? "" : ",") + R"({"Name": "e"})"s;
@@ -135,6 +149,33 @@ TEST_F(InputLimits, ControlCharactersAreKeptInTextsAndEscapedInMessages) {
     PageError const raw = onlyError("{\"Purpose\": \"a\x1b b\"}");
     EXPECT_NE(raw.message.find("control character"), std::string::npos) << raw.message;
     EXPECT_EQ(raw.describe().find('\x1b'), std::string::npos);
+}
+
+TEST(InputLimitsThroughTheTool, EveryHostilePageOfAFolderIsReportedAndTheRunEndsWithOne) {
+    namespace fs = std::filesystem;
+    fs::path const folder = fs::temp_directory_path() / ("refpage_hostile_" + std::to_string(::getpid()));
+    fs::create_directories(folder);
+    auto const write = [&folder](std::string const& name, std::string const& text) {
+        std::ofstream(folder / name, std::ios::binary) << text;
+    };
+    write("deep.json", R"({"Href":)" + nested(48000) + "}");
+    write("nul.json", "{}\0junk"s);
+    write("utf16.json", "\xFF\xFE{\0}\0"s);
+    write("good.json", R"({"Purpose": "\u001b]0;pwned\u0007"})");
+    std::string const command = std::string(REFPAGE_BINARY) + " check " + folder.string() + " 2>&1";
+    FILE* const pipe = popen(command.c_str(), "r");
+    ASSERT_NE(pipe, nullptr);
+    std::string output;
+    char buffer[4096];
+    while (std::size_t const read = std::fread(buffer, 1, sizeof buffer, pipe)) output.append(buffer, read);
+    int const status = pclose(pipe);
+    fs::remove_all(folder);
+    ASSERT_TRUE(WIFEXITED(status)) << "ended by a signal: " << output;
+    EXPECT_EQ(WEXITSTATUS(status), 1) << output;
+    EXPECT_NE(output.find("deep.json:1:72: error: nesting deeper than 64 levels [/Href]"), std::string::npos) << output;
+    EXPECT_NE(output.find("nul.json:1:3: error: malformed JSON: a NUL byte after the page's value"), std::string::npos);
+    EXPECT_NE(output.find("utf16.json:1:1: error: file is UTF-16 (little-endian), pages must be UTF-8"), std::string::npos);
+    EXPECT_NE(output.find("4 pages, 3 failed"), std::string::npos) << output;
 }
 
 }  // namespace

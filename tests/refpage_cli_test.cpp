@@ -215,8 +215,13 @@ TEST(RefpageTool, HelpAndReadmeListEveryEnumerationKeyTheLibraryAccepts) {
 }
 
 TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {
-    for (std::string const& arguments : {"json " + data("good/minimal.json"), std::string("show"),
-                                         "check " + data("good"), std::string("--help"), std::string("--version")}) {
+    testvalues::ScratchFolder const folder;
+    // Larger than the output buffer, so that the write fails before the end of the run.
+    std::string const big =
+        folder.write("big.json", R"({"Purpose": ")" + std::string(100000, 'a') + R"("})").string();
+    for (std::string const& arguments :
+         {"json " + data("good/minimal.json"), "json " + big, std::string("show"), "show " + big,
+          "check " + data("good"), std::string("--help"), std::string("--version")}) {
         ToolRun const run = refpage(arguments, "2>&1 >/dev/full");
         EXPECT_EQ(run.status, 1) << arguments;
         EXPECT_EQ(run.output, "refpage: cannot write the output: No space left on device\n") << arguments;
@@ -225,8 +230,8 @@ TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {
 
 TEST(RefpageTool, AClosedPipeIsAnErrorWhenSigpipeIsIgnoredAndAQuietDeathOtherwise) {
     std::string const show = std::string(REFPAGE_BINARY) + " show";
-    ToolRun const ignored =
-        testvalues::runShell("bash -c 'trap \"\" PIPE; { sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1");
+    ToolRun const ignored = testvalues::runShell("bash -c 'trap \"\" PIPE; { sleep 0.3; " + show +
+                                                 "; echo \"status $?\" >&2; } | true' 2>&1");
     EXPECT_EQ(ignored.output, "refpage: cannot write the output: Broken pipe\nstatus 1\n");
     ToolRun const killed =
         testvalues::runShell("bash -c '{ sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1");

@@ -83,7 +83,8 @@ class PageDisplay : public HostTest {};
 
 TEST_F(PageDisplay, LookupSummarisesTheFirstEntity) {
     refpage::LoadResult const result = refpage::loadPage(
-        R"({"RefEntities": [{"Name": "first", "RefEntityType": "class"}, {"Name": "second", "RefEntityType": "function"}]})",
+        R"({"RefEntities": [{"Name": "first", "RefEntityType": "class"},
+                            {"Name": "second", "RefEntityType": "function"}]})",
         "<test>");
     ASSERT_TRUE(result.ok());
     auto const lookup = refpage::makeLookup(refpage::nativePage(result.page.get()));

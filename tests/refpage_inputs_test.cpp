@@ -117,7 +117,8 @@ TEST(RefpageInputs, AnUnreadableSubfolderIsReportedWithTheSystemsReason) {
 TEST(RefpageInputs, AFileNameCannotForgeOrColourAReportLine) {
     ScratchFolder const folder;
     folder.write("evil\x1b[31m\nFAIL forged.json", "{");
-    ToolRun const run = testvalues::runShell(std::string(REFPAGE_BINARY) + " check " + folder.path().string() + " 2>&1");
+    ToolRun const run =
+        testvalues::runShell(std::string(REFPAGE_BINARY) + " check " + folder.path().string() + " 2>&1");
     EXPECT_EQ(run.status, 1);
     EXPECT_FALSE(contains(run.output, "\x1b")) << run.output;
     EXPECT_TRUE(contains(run.output, "/evil\\x1b[31m\\nFAIL forged.json:1:2: error: malformed JSON")) << run.output;

@@ -1,7 +1,8 @@
 // Fuzz entry: bytes as a page document. Whatever the bytes, loading reports
-// errors or yields a page, never throws and never leaks host values; a page that
-// loads passes every round trip of the page check (read back the same through
-// the host and the native getters, written out and loaded again, copied).
+// errors, each with its line and column, or yields a page, never throws and
+// never leaks host values; a page that loads passes every round trip of the
+// page check (read back the same through the host and the native getters,
+// written out and loaded again, copied).
 #include "FuzzCheck.hpp"
 #include "FuzzEntries.hpp"
 
@@ -20,6 +21,7 @@ constexpr std::string_view source = "<fuzz>";
 
 void loadAndCheck(std::string_view text) {
     refpage::LoadResult const loaded = refpage::loadPage(text, source);
+    for (auto const& error : loaded.errors) check(error.line != 0 && error.column != 0, "every error has its position");
     if (!loaded.ok()) {
         check(!loaded.errors.empty(), "a page that does not load says why");
         return;

@@ -23,12 +23,12 @@ using namespace reference::property;
 template <class Enumeration>
 struct MemberList;
 
-#define REFERENCE_GLUE_MEMBER_LIST(Class, MEMBERS)                                                     \
-    template <>                                                                                        \
-    struct MemberList<Class> {                                                                         \
+#define REFERENCE_GLUE_MEMBER_LIST(Class, MEMBERS)                                                              \
+    template <>                                                                                                 \
+    struct MemberList<Class> {                                                                                  \
         static constexpr EnumerationMember members[] = {MEMBERS(REFERENCE_GLUE_MEMBER, REFERENCE_GLUE_MEMBER)}; \
-        static constexpr std::string_view defaultKey =                                                 \
-            MEMBERS(REFERENCE_PROPERTY_SKIP_MEMBER, REFERENCE_GLUE_DEFAULT_KEY);                       \
+        static constexpr std::string_view defaultKey =                                                          \
+            MEMBERS(REFERENCE_PROPERTY_SKIP_MEMBER, REFERENCE_GLUE_DEFAULT_KEY);                                \
     };
 
 REFERENCE_GLUE_MEMBER_LIST(DeprecationStatus, REFERENCE_PROPERTY_DEPRECATION_STATUS_MEMBERS)

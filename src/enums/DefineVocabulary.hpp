@@ -23,27 +23,27 @@
 /// file, built at load by the flat map's unique range insertion from the pairs in member
 /// order. `DEFAULT_CASE` is REFERENCE_ENUMS_DISPLAY_CASE when the switch lists the default
 /// member too, REFERENCE_PROPERTY_SKIP_MEMBER when the fallback alone answers it.
-#define REFERENCE_ENUMS_DEFINE_VOCABULARY(Class, MEMBERS, DEFAULT_CASE)                                  \
-    namespace reference::property {                                                                   \
-    namespace {                                                                                       \
-    using Value = Class::Value;                                                                       \
-    constexpr std::pair<std::string_view, Value> keyPairs[] = {                                       \
-        MEMBERS(REFERENCE_ENUMS_KEY_PAIR, REFERENCE_ENUMS_KEY_PAIR)};                                 \
-    enums::KeyTable<Value> const keyTable = enums::buildKeyTable(keyPairs);                           \
-    /* stringToEnum reads the default here, not through the exported getDefaultValue(). */            \
+#define REFERENCE_ENUMS_DEFINE_VOCABULARY(Class, MEMBERS, DEFAULT_CASE)                                    \
+    namespace reference::property {                                                                        \
+    namespace {                                                                                            \
+    using Value = Class::Value;                                                                            \
+    constexpr std::pair<std::string_view, Value> keyPairs[] = {                                            \
+        MEMBERS(REFERENCE_ENUMS_KEY_PAIR, REFERENCE_ENUMS_KEY_PAIR)};                                      \
+    enums::KeyTable<Value> const keyTable = enums::buildKeyTable(keyPairs);                                \
+    /* stringToEnum reads the default here, not through the exported getDefaultValue(). */                 \
     constexpr Value defaultValue = MEMBERS(REFERENCE_PROPERTY_SKIP_MEMBER, REFERENCE_ENUMS_DEFAULT_VALUE); \
-    }                                                                                                 \
-    Class::Value Class::stringToEnum(std::string_view key) noexcept {                                 \
-        return enums::findKey(keyTable, key, defaultValue);                                           \
-    }                                                                                                 \
-    std::string Class::enumToString(Value value) {                                                    \
-        switch (value) {                                                                              \
-            MEMBERS(REFERENCE_ENUMS_DISPLAY_CASE, DEFAULT_CASE)                                       \
-            default: break; /* every number that is no member */                                      \
-        }                                                                                             \
-        return MEMBERS(REFERENCE_PROPERTY_SKIP_MEMBER, REFERENCE_ENUMS_DEFAULT_TEXT);                 \
-    }                                                                                                 \
-    Class::Value Class::getDefaultValue() noexcept { return defaultValue; }                           \
-    char const* Class::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }              \
-    char const* Class::getOCOSClassName() noexcept { return #Class; }                                 \
+    }                                                                                                      \
+    Class::Value Class::stringToEnum(std::string_view key) noexcept {                                      \
+        return enums::findKey(keyTable, key, defaultValue);                                                \
+    }                                                                                                      \
+    std::string Class::enumToString(Value value) {                                                         \
+        switch (value) {                                                                                   \
+            MEMBERS(REFERENCE_ENUMS_DISPLAY_CASE, DEFAULT_CASE)                                            \
+            default: break; /* every number that is no member */                                           \
+        }                                                                                                  \
+        return MEMBERS(REFERENCE_PROPERTY_SKIP_MEMBER, REFERENCE_ENUMS_DEFAULT_TEXT);                      \
+    }                                                                                                      \
+    Class::Value Class::getDefaultValue() noexcept { return defaultValue; }                                \
+    char const* Class::getOCOSNamespaceName() noexcept { return bridge::hostNamespace; }                   \
+    char const* Class::getOCOSClassName() noexcept { return #Class; }                                      \
     }  // namespace reference::property

@@ -77,6 +77,7 @@ private:
 };
 
 /// The smallest page that loads.
-inline constexpr std::string_view minimalPage = R"({"Href": "demo/small.html", "RefEntities": [{"Name": "demo.small"}]})";
+inline constexpr std::string_view minimalPage =
+    R"({"Href": "demo/small.html", "RefEntities": [{"Name": "demo.small"}]})";
 
 }  // namespace testvalues

@@ -40,14 +40,14 @@
 #define REFERENCE_PROPERTY_SKIP_MEMBER(Name, number, key, text)
 
 /// Declares vocabulary class `Class` from its member list `MEMBERS`, as described above.
-#define REFERENCE_PROPERTY_DECLARE_VOCABULARY(Class, MEMBERS)                                     \
-    class REFERENCE_PROPERTY_API Class {                                                          \
-    public:                                                                                       \
+#define REFERENCE_PROPERTY_DECLARE_VOCABULARY(Class, MEMBERS)                                                 \
+    class REFERENCE_PROPERTY_API Class {                                                                      \
+    public:                                                                                                   \
         enum Value : std::uint32_t { MEMBERS(REFERENCE_PROPERTY_ENUMERATOR, REFERENCE_PROPERTY_ENUMERATOR) }; \
-        Class() = delete;                                                                         \
-        static Value stringToEnum(std::string_view key) noexcept;                                 \
-        static std::string enumToString(Value value);                                             \
-        static Value getDefaultValue() noexcept;                                                  \
-        static char const* getOCOSNamespaceName() noexcept;                                       \
-        static char const* getOCOSClassName() noexcept;                                           \
+        Class() = delete;                                                                                     \
+        static Value stringToEnum(std::string_view key) noexcept;                                             \
+        static std::string enumToString(Value value);                                                         \
+        static Value getDefaultValue() noexcept;                                                              \
+        static char const* getOCOSNamespaceName() noexcept;                                                   \
+        static char const* getOCOSClassName() noexcept;                                                       \
     };

@@ -129,15 +129,17 @@ private:
         return c_.self.deprecated ? std::string(deprecatedKeys[random_.below(deprecatedKeys.size())]) : "current";
     }
 
-    /// A link to another page: one of the targets, a made-up page, or (by share) a page that does
-    /// not exist; now and then with a #fragment.
+    /// A link to another page: one of the targets other than this page, a made-up page when there
+    /// are no targets, or (by share) a page that does not exist; now and then with a #fragment.
     Link link() {
         Link target;
         if (random_.chance(c_.brokenLinks) || c_.targets.empty()) {
             target.name = c_.package + "." + (c_.targets.empty() ? "" : "missing_") + text_.identifier();
             target.href = "reference/generated/" + target.name + ".html";
         } else {
-            target = c_.targets[random_.below(c_.targets.size())];
+            std::size_t index = random_.below(c_.targets.size());
+            if (c_.targets[index].href == c_.self.href && c_.targets.size() > 1) index = (index + 1) % c_.targets.size();
+            target = c_.targets[index];
         }
         if (random_.chance(150'000)) target.href += "#" + text_.identifier();
         return target;

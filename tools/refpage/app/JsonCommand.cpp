@@ -26,7 +26,7 @@ int json(JsonOptions const& options, GlobalOptions const& global) {
         printErrors(result.errors, "error");
         return exitFailed;
     }
-    std::string const text = jsonText(pageToJson(result.page.get())) + "\n";
+    std::string const text = pageText(result.page.get()) + "\n";
     if (options.output.empty() || options.output == "-") {
         fmt::print("{}", text);
         return exitOk;

@@ -12,11 +12,11 @@
 
 namespace refpage {
 
-bool finishOutput() {
+bool finishOutput(int earlierFailure) {
     // Everything is written through stdio; std::cout is checked in case a library wrote there.
-    int reason = 0;
-    bool ok = std::fflush(stdout) == 0;
-    if (!ok) reason = errno;
+    int reason = earlierFailure;
+    bool ok = std::fflush(stdout) == 0 && earlierFailure == 0;
+    if (!ok && reason == 0) reason = errno;
     std::cout.flush();
     ok = ok && !std::cout.fail() && std::ferror(stdout) == 0;
     if (std::fclose(stdout) != 0 && ok) {

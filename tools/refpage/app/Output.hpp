@@ -9,8 +9,9 @@
 namespace refpage {
 
 /// Flushes and closes standard output and flushes standard error. On a failed write
-/// says so on stderr (when it can) and returns false: the run must exit 1.
-bool finishOutput();
+/// (now, or earlier with the system error `earlierFailure`) says so on stderr, when it
+/// can, and returns false: the run must exit 1.
+bool finishOutput(int earlierFailure = 0);
 
 /// Writes `text` to a new temporary file beside `file`, then renames it over `file`;
 /// a file replaced keeps its permission bits. On failure `file` is untouched, the

@@ -2,11 +2,13 @@
 // loaded through the host.
 #include <fmt/format.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <sstream>
 #include <refpage/TextEscape.hpp>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -74,11 +76,18 @@ int run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
     int status = refpage::exitFailed;
+    int failedWrite = 0;  // the system error of a write to stdout that threw
     try {
         status = run(argc, argv);
+    } catch (std::system_error const& e) {
+        if (std::ferror(stdout) != 0)
+            failedWrite = e.code().value() != 0 ? e.code().value() : EIO;
+        else
+            std::fprintf(stderr, "refpage: %s\n", e.what());
+        status = refpage::exitFailed;
     } catch (std::exception const& e) {
         std::fprintf(stderr, "refpage: %s\n", e.what());
         status = refpage::exitFailed;
     }
-    return refpage::finishOutput() ? status : refpage::exitFailed;
+    return refpage::finishOutput(failedWrite) ? status : refpage::exitFailed;
 }

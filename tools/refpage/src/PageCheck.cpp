@@ -70,7 +70,8 @@ public:
                 case PropertyKind::String: text(offset, assignment, entry.strings().get(record)); break;
                 case PropertyKind::Bool: flag(offset, assignment, entry.flag().get(record)); break;
                 case PropertyKind::Enumeration:
-                    enumeration(offset, assignment, entry, reference::glue::enumerationValues(entry.arrays().get(record)));
+                    enumeration(offset, assignment, entry,
+                                reference::glue::enumerationValues(entry.arrays().get(record)));
                     break;
                 case PropertyKind::StringList: {
                     oxArray_tag const* const array = entry.arrays().get(record);
@@ -269,7 +270,8 @@ private:
             TextPosition const position = positionOf(text, differences[i].offset);
             fail(std::move(differences[i].path), std::move(differences[i].message), position.line, position.column);
         }
-        if (differences.size() > maxReported) fail({}, fmt::format("{} more not listed", differences.size() - maxReported));
+        if (differences.size() > maxReported)
+            fail({}, fmt::format("{} more not listed", differences.size() - maxReported));
     }
 
     std::string_view source_;

@@ -18,7 +18,8 @@ TextPosition positionOf(std::string_view text, std::size_t offset) {
     std::string_view const before = text.substr(0, std::min(offset, text.size()));
     std::size_t const newline = before.rfind('\n');
     std::size_t const lineStart = newline == std::string_view::npos ? 0 : newline + 1;
-    return {static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')) + 1, before.size() - lineStart + 1};
+    auto const lines = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n'));
+    return {lines + 1, before.size() - lineStart + 1};
 }
 
 }  // namespace refpage

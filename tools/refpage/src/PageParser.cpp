@@ -84,7 +84,7 @@ struct Frame {
 
     FrameKind kind;
     std::size_t start;                     ///< offset of its "{" or "["
-    PropertyEntry const* entry = nullptr;  ///< Records, Strings, Enumerations: the property filled; Record: the value's key
+    PropertyEntry const* entry = nullptr;  ///< Records, Strings, Enumerations: the property filled; Record: the last key's
     PageNode* node = nullptr;              ///< Record: the record filled
     NodeValue* list = nullptr;             ///< Records, Strings, Enumerations: the list filled
     std::size_t elements = 0;              ///< arrays: elements so far
@@ -461,11 +461,13 @@ private:
         std::uint32_t const value = info.keyToValue(key);
         enumerationSlot(start)->back() = value;
         if (info.namesMember(key)) return;
+        if (warnings_.full()) return warning(start, {});
         std::string message = fmt::format("{} names no member of {}; stored {} ({})", refpage::quoted(key),
                                           info.className, value, info.displayText(value));
         std::vector<std::string_view> keys;
         for (auto const& member : info.members) keys.push_back(member.key);
-        if (auto const nearest = nearestWord(key, keys)) message += fmt::format("; did you mean {}?", refpage::quoted(*nearest));
+        if (auto const nearest = nearestWord(key, keys))
+            message += fmt::format("; did you mean {}?", refpage::quoted(*nearest));
         warning(start, std::move(message));
     }
 
@@ -517,7 +519,10 @@ private:
                                     : errors_.add(source_, pointer(), std::move(message), offset);
     }
     void warning(std::size_t offset, std::string message) {
-        warnings_.add(source_, pointer(), std::move(message), offset);
+        if (warnings_.full())
+            warnings_.add(source_, {}, {}, offset);
+        else
+            warnings_.add(source_, pointer(), std::move(message), offset);
     }
 
     std::string_view text_;  ///< the text the lexer reads (after a byte order mark)

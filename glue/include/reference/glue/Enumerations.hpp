@@ -21,12 +21,12 @@ struct EnumerationMember {
 };
 
 struct EnumerationInfo {
-    std::string qualifiedName;               ///< host class: namespace, ".", class name
-    std::string_view className;              ///< class name alone, as "SyntaxType"
-    ocos::ClassIdentity identity = nullptr;  ///< interned qualifiedName
-    std::span<EnumerationMember const> members;  ///< every member in number order; static storage
-    std::uint32_t memberCount = 0;           ///< members.size(): members are numbered 0 to memberCount - 1
-    std::string_view defaultKey;             ///< key text of the default member (the only key mapping to it)
+    std::string qualifiedName;                                    ///< host class: namespace, ".", class name
+    std::string_view className;                                   ///< class name alone, as "SyntaxType"
+    ocos::ClassIdentity identity = nullptr;                       ///< interned qualifiedName
+    std::span<EnumerationMember const> members;                   ///< every member in number order; static storage
+    std::uint32_t memberCount = 0;                                ///< members.size(): numbers 0 to memberCount - 1
+    std::string_view defaultKey;                                  ///< key of the default member, the only key giving it
     std::uint32_t (*keyToValue)(std::string_view key) = nullptr;  ///< the class's stringToEnum
     std::string (*displayText)(std::uint32_t value) = nullptr;    ///< the class's enumToString
 

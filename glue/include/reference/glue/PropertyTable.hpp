@@ -70,12 +70,12 @@ struct PropertyEntry {
 };
 
 struct PropertyTable {
-    std::string qualifiedName;                   ///< host class: namespace, ".", class name
-    ocos::ClassIdentity identity = nullptr;      ///< interned qualifiedName
-    std::type_info const* nativeType = nullptr;  ///< type of the record a host object of the class wraps
+    std::string qualifiedName;                         ///< host class: namespace, ".", class name
+    ocos::ClassIdentity identity = nullptr;            ///< interned qualifiedName
+    std::type_info const* nativeType = nullptr;        ///< type of the record a host object of the class wraps
     void (*dispose)(void* record) noexcept = nullptr;  ///< deletes a heap record of nativeType
-    void* (*makeDefault)() = nullptr;            ///< a new default record of nativeType on the heap, owned by the caller
-    std::vector<PropertyEntry> entries;          ///< in page order
+    void* (*makeDefault)() = nullptr;                  ///< a new default heap record of nativeType; the caller owns it
+    std::vector<PropertyEntry> entries;                ///< in page order
 
     /// The entry of `word` (exact, case-sensitive), or null.
     PropertyEntry const* find(std::string_view word) const noexcept;

@@ -185,7 +185,8 @@ TEST(RefpageTool, VersionAndUsageErrors) {
 
     ToolRun const unknown = refpage("bogus");
     EXPECT_EQ(unknown.status, 2);
-    EXPECT_EQ(unknown.output, "refpage: unknown command \"bogus\"; the commands are show, json, check, find, index\n");
+    EXPECT_EQ(unknown.output,
+              "refpage: unknown command \"bogus\"; the commands are show, json, check, find, index, site, docset\n");
     ToolRun const none = refpage("");
     EXPECT_EQ(none.status, 2);
     EXPECT_TRUE(contains(none.output, "a command is required")) << none.output;

@@ -87,7 +87,7 @@ TEST(RefpageInputs, UnreadableEntriesOfAFolderAreReportedAndTheSummaryStillPrint
     EXPECT_TRUE(contains(run.output, root + "/loop.json: error: Too many levels of symbolic links")) << run.output;
     EXPECT_TRUE(contains(run.output, root + "/dangling.json: error: No such file or directory")) << run.output;
     EXPECT_TRUE(contains(run.output, root + "/pipe.json: error: not a regular file (FIFO)")) << run.output;
-    EXPECT_TRUE(contains(run.output, "4 pages, 3 failed (")) << run.output;
+    EXPECT_TRUE(contains(run.output, "4 pages, 3 failed, ")) << run.output;
 }
 
 TEST(RefpageInputs, AnUnreadableSubfolderIsReportedWithTheSystemsReason) {

@@ -32,5 +32,7 @@ Command addJsonCommand(CLI::App& app, GlobalOptions const& global);
 Command addCheckCommand(CLI::App& app, GlobalOptions const& global);
 Command addFindCommand(CLI::App& app, GlobalOptions const& global);
 Command addIndexCommand(CLI::App& app, GlobalOptions const& global);
+Command addSiteCommand(CLI::App& app, GlobalOptions const& global);
+Command addDocsetCommand(CLI::App& app, GlobalOptions const& global);
 
 }  // namespace refpage

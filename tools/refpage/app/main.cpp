@@ -45,7 +45,8 @@ int run(int argc, char** argv) {
 
     std::vector<Command> const commands{addShowCommand(app, global), addJsonCommand(app, global),
                                         addCheckCommand(app, global), addFindCommand(app, global),
-                                        addIndexCommand(app, global)};
+                                        addIndexCommand(app, global), addSiteCommand(app, global),
+                                        addDocsetCommand(app, global)};
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& e) {

@@ -1,0 +1,249 @@
+// The HTML site: where pages go, how links between them are written, how page text
+// becomes HTML, and what a whole build writes.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <refpage/PageLoader.hpp>
+#include <refpage/Site.hpp>
+#include <refpage/SiteDocset.hpp>
+#include <refpage/SiteHtml.hpp>
+#include <refpage/SitePaths.hpp>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "support/HostTest.hpp"
+#include "support/ToolRun.hpp"
+
+namespace {
+
+using namespace refpage;
+
+bool contains(std::string const& text, std::string const& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(SitePaths, UnsafeHrefsAreRefused) {
+    for (char const* href : {"", "/etc/x.html", "../x.html", "a/../x.html", "a//x.html", "./x.html", "a\\x.html",
+                             "a\x01.html", "x.html?q", "c:x.html", "x.json", "index.html", "INDEX.html",
+                             "_site/style.html", "a/"})
+        EXPECT_FALSE(safePagePath(href)) << href;
+    EXPECT_EQ(safePagePath("reference/generated/numpy.sort.html#top"), "reference/generated/numpy.sort.html");
+    EXPECT_EQ(safePagePath("päge 1.HTM"), "päge 1.HTM");
+    EXPECT_FALSE(safePagePath(std::string(300, 'x') + ".html"));
+}
+
+TEST(SitePaths, ClashingAndUnusableHrefsGetDistinctDerivedPaths) {
+    auto const assigned = assignPagePaths({"a/x.html", "A/X.html", "", "pages/b.html", "../up.html"},
+                                          {"x", "x", "<b>", "b", ""});
+    EXPECT_EQ(assigned.paths, (std::vector<std::string>{"a/x.html", "pages/x.html", "pages/b-2.html",
+                                                        "pages/b.html", "pages/page.html"}));
+    EXPECT_EQ(assigned.derived, (std::vector<std::size_t>{1, 2, 4}));
+}
+
+TEST(SitePaths, RelativeUrlsClimbOnlyOutOfTheFoldersNotShared) {
+    EXPECT_EQ(relativeUrl("reference/generated/a.html", "reference/generated/b.html"), "b.html");
+    EXPECT_EQ(relativeUrl("reference/generated/a.html", "reference/c.html"), "../c.html");
+    EXPECT_EQ(relativeUrl("reference/generated/a.html", "other/z.html"), "../../other/z.html");
+    EXPECT_EQ(relativeUrl("index.html", "ref/a b#?.html"), "ref/a%20b%23%3F.html");
+    EXPECT_EQ(relativeUrl("refx/a.html", "ref/b.html"), "../ref/b.html");
+    EXPECT_EQ(percentEncode("a/é", true), "a%2F%C3%A9");
+}
+
+TEST(SiteHtml, EscapingLeavesNoMarkupAndNoControlCharacters) {
+    EXPECT_EQ(escapeHtml(R"(<a href="x" onclick='y'>&amp;</a>)"),
+              "&lt;a href=&quot;x&quot; onclick=&#39;y&#39;&gt;&amp;amp;&lt;/a&gt;");
+    EXPECT_EQ(escapeHtml("a\x1b[31m\x7f\tb\n"), "a\xef\xbf\xbd[31m\xef\xbf\xbd\tb\n");
+    EXPECT_EQ(escapeHtml("\xc2\x85 \xff \xed\xa0\x80 \xc3\xa9 \xf0\x9f\x98\x80"),
+              "\xef\xbf\xbd \xef\xbf\xbd \xef\xbf\xbd\xef\xbf\xbd\xef\xbf\xbd \xc3\xa9 \xf0\x9f\x98\x80");
+}
+
+TEST(SiteHtml, UnpairedSurrogatesBecomeReplacementCharacters) {
+    std::u16string const text{u'a', char16_t{0xd800}, u'b', char16_t{0xdc00}, char16_t{0xd83d}, char16_t{0xde00},
+                              char16_t{0xe9}, char16_t{0xd83d}};
+    EXPECT_EQ(siteUtf8(text), "a\xef\xbf\xbd" "b\xef\xbf\xbd\xf0\x9f\x98\x80\xc3\xa9\xef\xbf\xbd");
+}
+
+TEST(SiteHtml, DescriptionsKeepPreformattedBlocksAndWrapParagraphs) {
+    EXPECT_EQ(descriptionHtml("One\ntwo <b>\n\n  code\n\n  more\n===  ==\n\nEnd\r\n"),
+              "<p>One\ntwo &lt;b&gt;</p>\n<pre>  code\n\n  more\n===  ==</pre>\n<p>End</p>\n");
+    EXPECT_EQ(descriptionHtml("\n \n"), "");
+}
+
+TEST(SiteHtml, OnlyHttpAndHttpsUrlsAreExternalLinks) {
+    for (char const* url : {"https://example.org/a?b=1&c", "HTTP://example.org"}) EXPECT_TRUE(isWebUrl(url)) << url;
+    for (char const* url : {"javascript:alert(1)", "JavaScript://%0aalert(1)", "data:text/html,x", "//example.org",
+                            "http:/x", "https://exa mple.org", "https://a\x01", "ftp://x", "http://"})
+        EXPECT_FALSE(isWebUrl(url)) << url;
+}
+
+TEST(SiteDocset, InfoPlistEscapesTheName) {
+    std::string const plist = docsetInfoPlist("A&B <docs>");
+    EXPECT_TRUE(contains(plist, "<key>CFBundleName</key>\n\t<string>A&amp;B &lt;docs&gt;</string>"));
+    EXPECT_TRUE(contains(plist, "<key>CFBundleIdentifier</key>\n\t<string>abdocs</string>"));
+    EXPECT_EQ(docsetIdentifier("<>"), "docset");
+}
+
+/// Pages loaded through the host, with a resolver over their Hrefs.
+class SiteBuild : public HostTest {
+protected:
+    void add(std::string const& json) {
+        auto result = loadPage(json, "page" + std::to_string(results_.size()) + ".json");
+        ASSERT_TRUE(result.ok()) << (result.errors.empty() ? "" : result.errors.front().describe());
+        results_.push_back(std::move(result));
+        inputs.push_back({results_.back().errors.empty() ? "page.json" : "", &nativePage(results_.back().page.get())});
+    }
+    SiteLink resolve(std::string_view link) const {
+        if (link.starts_with("javascript:") || link.starts_with("https:")) return {SiteLink::Kind::External, 0, {}};
+        std::string const path(link.substr(0, link.find('#')));
+        std::string const fragment = link.find('#') == std::string_view::npos ? "" : std::string(link.substr(link.find('#') + 1));
+        for (std::size_t i = 0; i < inputs.size(); ++i)
+            if (safePagePath(path) && std::u16string(path.begin(), path.end()) == inputs[i].page->getHref())
+                return {SiteLink::Kind::Page, i, fragment};
+        return {SiteLink::Kind::Unresolved, 0, {}};
+    }
+    SiteLinkResolver resolver() const {
+        return [this](std::string_view link) { return resolve(link); };
+    }
+    std::filesystem::path folder(std::string const& name) {
+        auto const path = std::filesystem::temp_directory_path() /
+                          ("site_test_" + std::to_string(::getpid()) + "_" + name);
+        std::filesystem::remove_all(path);
+        made_.push_back(path);
+        return path;
+    }
+    static std::string read(std::filesystem::path const& file) {
+        std::ifstream in(file, std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+    /// Every file under `root` by relative path, with its bytes.
+    static std::map<std::string, std::string> tree(std::filesystem::path const& root) {
+        std::map<std::string, std::string> files;
+        for (auto const& entry : std::filesystem::recursive_directory_iterator(root))
+            if (entry.is_regular_file()) files[entry.path().lexically_relative(root).string()] = read(entry.path());
+        return files;
+    }
+    void TearDown() override {
+        inputs.clear();
+        results_.clear();
+        for (auto const& path : made_) std::filesystem::remove_all(path);
+        HostTest::TearDown();
+    }
+
+    std::vector<SitePageInput> inputs;
+
+private:
+    std::vector<LoadResult> results_;
+    std::vector<std::filesystem::path> made_;
+};
+
+std::string page(std::string const& name, std::string const& href, std::string const& rest = "") {
+    return R"({"Href": ")" + href + R"(", "RefEntities": [{"Name": ")" + name + R"("}], "PackageName": "p")" + rest +
+           "}";
+}
+
+TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
+    add(page("p.a", "ref/gen/a.html",
+             R"j(, "SeeAlso": [{"Name": "b", "Url": "ref/b.html#x y"}, {"Name": "gone", "Url": "ref/none.html"},
+                             {"Name": "js", "Url": "javascript:alert(1)"}, {"Name": "web", "Url": "https://e.org/?a&b"}],
+                 "Outputs": [{"Name": "o", "Href": "#p.a-o"}, {"Name": "o2", "Href": "#p.a-o"}],
+                 "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}])j"));
+    add(page("p.b", "ref/b.html"));
+    std::vector<std::string> const paths{"ref/gen/a.html", "ref/b.html"};
+    auto const resolve = resolver();
+    RenderedPage const out =
+        renderSitePage(*inputs[0].page, {0, paths[0], &paths, &resolve, "T", "en"}, SiteTemplates::defaults());
+    EXPECT_TRUE(contains(out.html, R"(<a href="../b.html#x%20y">b</a>)"));
+    EXPECT_TRUE(contains(out.html, R"(<span class="unresolved">gone</span>)"));
+    EXPECT_TRUE(contains(out.html, R"j(<span class="text">js</span>)j"));
+    EXPECT_TRUE(contains(out.html, R"(<a href="https://e.org/?a&amp;b" rel="external noopener noreferrer">web</a>)"));
+    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o">o</a>)"));
+    EXPECT_TRUE(contains(out.html, R"(<tr><th scope="row"><a href="#p.a-o">o2</a>)")) << "ids stay unique";
+    EXPECT_TRUE(contains(out.html, R"(<div class="example" id="example-1">)"));
+    EXPECT_TRUE(contains(out.html, R"(href="../../_site/style.css")"));
+    EXPECT_EQ(out.unresolved, std::vector<std::string>{"/SeeAlso/1/Url"});
+}
+
+TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
+    for (int i = 0; i < 12; ++i)
+        add(page("p.n" + std::to_string(i), i == 3 ? "../evil.html" : "ref/n" + std::to_string(i % 10) + ".html",
+                 R"(, "Purpose": "é <i>", "SeeAlso": [{"Name": "next", "Url": "ref/n)" + std::to_string(i + 1) +
+                     R"(.html"}])"));
+    SiteOptions options;
+    auto const oneFolder = folder("one");
+    options.output = oneFolder;
+    SiteReport const one = buildSite(inputs, resolver(), options);
+    options.output = folder("four");
+    options.jobs = 4;
+    SiteReport const four = buildSite(inputs, resolver(), options);
+    EXPECT_TRUE(one.ok());
+    EXPECT_EQ(tree(options.output), tree(oneFolder));
+    ASSERT_EQ(one.warnings.size(), 7u);  // page 3's Href, pages 10 and 11's clash, links to n3, n10, n11, n12
+    EXPECT_EQ(one.warnings[0].describe("warning"),
+              R"(page.json: warning: Href "../evil.html" is not a safe relative .html path; written as )"
+              R"("pages/p.n3.html" [/Href])");
+    EXPECT_EQ(one.warnings[1].describe("warning"),
+              R"(page.json: warning: another page has the same Href; written as "pages/p.n10.html" [/Href])");
+    EXPECT_EQ(one.unresolvedLinks, 4u);
+    EXPECT_EQ(one.paths, four.paths);
+    EXPECT_TRUE(std::filesystem::exists(options.output / "pages" / "p.n3.html"));
+    EXPECT_FALSE(std::filesystem::exists(options.output.parent_path() / "evil.html"));
+
+    auto const templates = folder("templates");
+    std::filesystem::create_directories(templates);
+    std::ofstream(templates / "page.mustache") << "<p>{{title}} {{purpose}}</p>{{{description}}}";
+    PageErrors errors;
+    options.templates = SiteTemplates::load(templates, errors);
+    options.output = folder("custom");
+    EXPECT_TRUE(buildSite(inputs, resolver(), options).ok());
+    EXPECT_TRUE(errors.empty());
+    EXPECT_EQ(read(options.output / "ref" / "n0.html"), "<p>p.n0 é &lt;i&gt;</p>");
+    EXPECT_TRUE(contains(read(options.output / "index.html"), "<!DOCTYPE html>"));
+    SiteTemplates::load(templates / "missing", errors);
+    EXPECT_EQ(errors.size(), 1u);
+}
+
+TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
+    add(R"({"Href": "b.html", "RefEntities": [{"Name": "beta"}], "PackageName": "Zed"})");
+    add(R"({"Href": "a.html", "RefEntities": [{"Name": "Alpha"}], "PackageName": "zed", "DeprecationStatus": "warn"})");
+    add(R"({"Href": "c.html", "RefEntities": [{"Name": "gamma"}]})");
+    add(R"({"Href": "d.html", "RefEntities": [{"Name": "delta"}], "PackageName": "abc"})");
+    SiteOptions const options;
+    std::string const html = renderSiteIndex(inputs, {"b.html", "a.html", "c.html", "d.html"}, options);
+    auto at = [&](std::string const& part) { return html.find(part); };
+    EXPECT_LT(at("<h2>abc</h2>"), at("<h2>Zed</h2>"));
+    EXPECT_LT(at("<h2>Zed</h2>"), at("<h2>zed</h2>"));
+    EXPECT_LT(at("<h2>zed</h2>"), at("<h2>Other pages</h2>"));
+    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html">Alpha</a> <span class="badge">deprecated</span>)"));
+}
+
+TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
+    testvalues::ScratchFolder const folder;
+    folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
+    folder.write("pages/b.json", page("p.b", "ref/a.html"));
+    std::string const pages = (folder / "pages").string();
+    std::string const out = " -o " + (folder / "site").string();
+
+    auto run = testvalues::refpage("site " + pages + out);
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_TRUE(contains(run.output, "a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]")) << run.output;
+    EXPECT_TRUE(contains(run.output, "2 pages written to")) << run.output;
+    EXPECT_TRUE(contains(run.output, "1 unresolved links shown as text, 1 pages moved")) << run.output;
+    EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));
+
+    EXPECT_EQ(testvalues::refpage("--strict site " + pages + out).status, 1);
+    EXPECT_EQ(testvalues::refpage("-q site " + pages + out).output, "");
+    run = testvalues::refpage("site " + pages + out + " --templates " + (folder / "none").string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(contains(run.output, "no such templates folder")) << run.output;
+    folder.write("pages/c.json", "{");
+    EXPECT_EQ(testvalues::refpage("-q site " + pages + out).status, 1);
+    EXPECT_EQ(testvalues::refpage("docset " + pages + " -o " + (folder / "D.docset").string()).status, 2);
+}
+
+}  // namespace

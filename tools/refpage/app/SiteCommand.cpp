@@ -1,0 +1,23 @@
+#include <memory>
+
+#include "Commands.hpp"
+#include "SiteInputs.hpp"
+
+namespace refpage {
+
+Command addSiteCommand(CLI::App& app, GlobalOptions const& global) {
+    auto options = std::make_shared<SiteCommandOptions>();
+    CLI::App* cli = app.add_subcommand("site", "Write a static HTML site of the pages, with an index and search");
+    addSiteOptions(*cli, *options, "Folder of the site (created when missing)");
+    return {cli, [options, &global] {
+                SiteInputs inputs = loadSiteInputs(*options, global);
+                if (inputs.status == exitUsage) return inputs.status;
+                inputs.site.output = options->output;
+                DocSet const set = siteDocSet(inputs.pages);
+                SiteLinkResolver const resolve = siteLinkResolver(set);
+                SiteReport const report = buildSite(inputs.pages, resolve, inputs.site);
+                return finishSiteBuild(report, inputs, *options, global, "site");
+            }};
+}
+
+}  // namespace refpage

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "support/HostTest.hpp"
+#include "support/ToolRun.hpp"
 
 namespace {
 
@@ -169,23 +170,7 @@ TEST(ParallelLoad, ForEachIndexVisitsEveryIndexOnceAndRethrowsTheFirstFailure) {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct ToolRun {
-    int status = -1;
-    std::string output;  ///< stdout and stderr together
-};
-
-ToolRun refpageTool(std::string const& arguments) {
-    ToolRun result;
-    FILE* const pipe = popen((std::string(REFPAGE_BINARY) + " " + arguments + " 2>&1").c_str(), "r");
-    if (pipe == nullptr) return result;
-    std::array<char, 4096> buffer{};
-    std::size_t count = 0;
-    while ((count = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) result.output.append(buffer.data(), count);
-    int const status = pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
-}
+using testvalues::ToolRun;
 
 /// The output without the run time "(0.01 s)".
 std::string untimed(std::string const& output) {
@@ -211,7 +196,7 @@ TEST_F(CheckSetTest, EachKindOfFindingIsAWarningWithFileAndPointerAndCountedInTh
     write("a.json", page("a", R"("SeeAlso": [{"Url": "ref/b.html"}, {"Url": "ref/gone.html"}])"));
     write("b.json", page("b"));
     write("c.json", page("a"));
-    ToolRun const run = refpageTool("check -j 2 " + folder());
+    ToolRun const run = testvalues::refpage("check -j 2 " + folder());
     EXPECT_EQ(run.status, 0) << run.output;
     std::string const prefix = folder() + "/";
     EXPECT_NE(run.output.find(prefix + R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/SeeAlso/1/Url])"),
@@ -221,7 +206,7 @@ TEST_F(CheckSetTest, EachKindOfFindingIsAWarningWithFileAndPointerAndCountedInTh
     EXPECT_NE(run.output.find("3 pages, 0 failed, 1 unresolved link, 1 shared Href, 1 duplicate name ("),
               std::string::npos) << run.output;
 
-    ToolRun const strict = refpageTool("check --strict " + folder());
+    ToolRun const strict = testvalues::refpage("check --strict " + folder());
     EXPECT_EQ(strict.status, 1) << strict.output;
     EXPECT_NE(strict.output.find(folder() + "/a.json: error: link \"ref/gone.html\" leads to no page of the set [/SeeAlso/1/Url]"),
               std::string::npos) << strict.output;
@@ -230,10 +215,10 @@ TEST_F(CheckSetTest, EachKindOfFindingIsAWarningWithFileAndPointerAndCountedInTh
 TEST_F(CheckSetTest, ACleanSetPassesStrictAndOnePageIsNotASet) {
     write("a.json", page("a", R"("SeeAlso": [{"Url": "ref/b.html#x"}, {"Url": "https://example.org/"}])"));
     write("b.json", page("b", R"("SeeAlso": [{"Url": "ref/gone.html"}])"));
-    EXPECT_EQ(untimed(refpageTool("check --strict " + folder() + "/a.json").output), "1 pages, 0 failed\n");
+    EXPECT_EQ(untimed(testvalues::refpage("check --strict " + folder() + "/a.json").output), "1 pages, 0 failed\n");
     fs::remove(folder_ / "b.json");
     write("b.json", page("b"));
-    ToolRun const run = refpageTool("check --strict " + folder());
+    ToolRun const run = testvalues::refpage("check --strict " + folder());
     EXPECT_EQ(run.status, 0) << run.output;
     EXPECT_EQ(untimed(run.output), "2 pages, 0 failed, 0 unresolved links, 0 shared Hrefs, 0 duplicate names\n");
 }
@@ -243,8 +228,8 @@ TEST_F(CheckSetTest, FourThreadsPrintWhatOneThreadPrints) {
         write(fmt::format("p{:02}.json", i),
               i % 9 == 4 ? PageInput{"", "{\"Href\": [1]}"}
                          : page(fmt::format("p{}", i % 30), fmt::format(R"("SeeAlso": [{{"Url": "ref/p{}.html"}}])", i + 3)));
-    ToolRun const one = refpageTool("check -j 1 " + folder());
-    ToolRun const four = refpageTool("check -j 4 " + folder());
+    ToolRun const one = testvalues::refpage("check -j 1 " + folder());
+    ToolRun const four = testvalues::refpage("check -j 4 " + folder());
     EXPECT_EQ(one.status, 1);
     EXPECT_EQ(four.status, 1);
     EXPECT_EQ(untimed(four.output), untimed(one.output));
@@ -253,7 +238,7 @@ TEST_F(CheckSetTest, FourThreadsPrintWhatOneThreadPrints) {
 
 TEST(CheckCorpus, TheSampleSetHasBrokenSeeAlsoLinksAndNoDuplicateNames) {
     if (!fs::is_directory(REFPROP_CORPUS_DIR)) GTEST_SKIP() << "the sample corpus is absent: " << REFPROP_CORPUS_DIR;
-    ToolRun const run = refpageTool(std::string("check ") + REFPROP_CORPUS_DIR);
+    ToolRun const run = testvalues::refpage(std::string("check ") + REFPROP_CORPUS_DIR);
     EXPECT_EQ(run.status, 0);
     // Its 81 names given twice are each a class and its constructor on one page: not duplicates.
     EXPECT_NE(run.output.find("961 pages, 0 failed, 264 unresolved links, 0 shared Hrefs, 0 duplicate names ("),

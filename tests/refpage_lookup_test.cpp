@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "support/HostTest.hpp"
+#include "support/ToolRun.hpp"
 
 namespace {
 
@@ -179,22 +180,11 @@ TEST(DashEntryType, EveryEntityTypeHasADocsetTypeAndUnknownNumbersAreEntries) {
 
 namespace {
 
-struct ToolRun {
-    int status = -1;
-    std::string output;  ///< stdout only
-};
+using testvalues::ToolRun;
 
 /// Runs `command` through the shell; stderr goes to the test's log.
 ToolRun run(std::string const& command) {
-    ToolRun result;
-    FILE* const pipe = popen(command.c_str(), "r");
-    if (pipe == nullptr) return result;
-    std::array<char, 4096> buffer{};
-    std::size_t count = 0;
-    while ((count = fread(buffer.data(), 1, buffer.size(), pipe)) > 0) result.output.append(buffer.data(), count);
-    int const status = pclose(pipe);
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return result;
+    return testvalues::runShell(command);
 }
 
 std::string shellQuoted(std::string const& text) {

@@ -21,16 +21,8 @@ namespace {
 
 constexpr int schemaVersion = 1;
 
-/// UTF-8 of lookup text; an unpaired surrogate (which loading refuses) becomes U+FFFD.
 std::string utf8(std::u16string const& text) {
-    try {
-        return utf8::utf16to8(text);
-    } catch (std::exception const&) {
-        std::u16string cleaned = text;
-        for (auto& unit : cleaned)
-            if (unit >= 0xD800 && unit <= 0xDFFF) unit = 0xFFFD;
-        return utf8::utf16to8(cleaned);
-    }
+    return lenientUtf8(text);
 }
 
 std::string lastComponent(std::string const& name) {

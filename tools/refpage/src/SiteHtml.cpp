@@ -1,4 +1,5 @@
 #include <refpage/SiteHtml.hpp>
+#include <refpage/TextEscape.hpp>
 #include <vector>
 
 namespace refpage {
@@ -38,42 +39,10 @@ bool preformattedLine(std::string_view line) {
            line.find_first_of("=-") != std::string_view::npos;
 }
 
-void appendUtf8(std::string& out, char32_t code) {
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-    } else if (code < 0x800) {
-        out += static_cast<char>(0xc0 | (code >> 6));
-        out += static_cast<char>(0x80 | (code & 0x3f));
-    } else if (code < 0x10000) {
-        out += static_cast<char>(0xe0 | (code >> 12));
-        out += static_cast<char>(0x80 | ((code >> 6) & 0x3f));
-        out += static_cast<char>(0x80 | (code & 0x3f));
-    } else {
-        out += static_cast<char>(0xf0 | (code >> 18));
-        out += static_cast<char>(0x80 | ((code >> 12) & 0x3f));
-        out += static_cast<char>(0x80 | ((code >> 6) & 0x3f));
-        out += static_cast<char>(0x80 | (code & 0x3f));
-    }
-}
-
 }  // namespace
 
 std::string siteUtf8(std::u16string_view text) {
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        char32_t const unit = text[i];
-        if (unit >= 0xd800 && unit <= 0xdbff && i + 1 < text.size() && text[i + 1] >= 0xdc00 &&
-            text[i + 1] <= 0xdfff) {
-            appendUtf8(out, 0x10000 + ((unit - 0xd800) << 10) + (text[i + 1] - 0xdc00));
-            ++i;
-        } else if (unit >= 0xd800 && unit <= 0xdfff) {
-            appendUtf8(out, 0xfffd);
-        } else {
-            appendUtf8(out, unit);
-        }
-    }
-    return out;
+    return lenientUtf8(text);
 }
 
 std::string escapeHtml(std::string_view text) {

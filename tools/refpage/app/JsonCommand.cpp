@@ -44,7 +44,7 @@ int json(JsonOptions const& options, GlobalOptions const& global) {
 Command addJsonCommand(CLI::App& app, GlobalOptions const& global) {
     auto options = std::make_shared<JsonOptions>();
     CLI::App* cli = app.add_subcommand(
-        "json", "Print a page read back through the host as canonical JSON (enumerations as numbers)");
+        "json", "Print a page read back through the host as canonical JSON (enumeration members by their keys)");
     cli->add_option("FILE", options->file, "Page file (JSON; - for standard input)")->required();
     cli->add_option("-o,--output", options->output,
                     "Write to this file (- for standard output); it is replaced only once the whole page is written");

@@ -114,7 +114,8 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     }
     std::size_t findings = 0;
     std::string const setCounts = asSet ? checkDocSet(inputs, loaded, global, findings) : std::string();
-    loaded.clear();
+    // The pages are released on the same threads that loaded them: each is independent.
+    forEachIndex(loaded.size(), global.jobs, [&loaded](std::size_t i) { loaded[i] = LoadResult{}; });
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet)
         fmt::print("{} pages, {} failed{} ({:.2f} s)\n", entries.size(), failed, setCounts, elapsed.count());

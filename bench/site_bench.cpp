@@ -10,29 +10,12 @@
 #include <filesystem>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageLoader.hpp>
-#include <refpage/SiteHtml.hpp>
 #include <refpage/Site.hpp>
 #include <refpage/SitePaths.hpp>
 #include <thread>
-#include <unordered_map>
 #include <vector>
 
 namespace {
-
-/// Resolves links by Href, as the doc set does for links relative to its root.
-refpage::SiteLinkResolver hrefResolver(std::vector<refpage::SitePageInput> const& pages) {
-    auto byHref = std::make_shared<std::unordered_map<std::string, std::size_t>>();
-    for (std::size_t i = 0; i < pages.size(); ++i) byHref->emplace(refpage::siteUtf8(pages[i].page->getHref()), i);
-    return [byHref](std::string_view link) -> refpage::SiteLink {
-        if (link.empty()) return {};
-        if (link.find(':') != std::string_view::npos) return {refpage::SiteLink::Kind::External, 0, {}};
-        std::size_t const hash = std::min(link.find('#'), link.size());
-        auto const found = byHref->find(std::string(link.substr(0, hash)));
-        if (found == byHref->end()) return {refpage::SiteLink::Kind::Unresolved, 0, {}};
-        return {refpage::SiteLink::Kind::Page, found->second,
-                std::string(link.substr(std::min(hash + 1, link.size())))};
-    };
-}
 
 /// Loads the corpus on `jobs` threads and builds its site into `output`; false when that fails.
 bool buildCorpusSite(std::filesystem::path const& output, unsigned jobs) {
@@ -54,7 +37,8 @@ bool buildCorpusSite(std::filesystem::path const& output, unsigned jobs) {
     refpage::SiteOptions options;
     options.output = output;
     options.jobs = jobs;
-    refpage::SiteReport const report = refpage::buildSite(inputs, hrefResolver(inputs), options);
+    refpage::DocSet const set = refpage::siteDocSet(inputs);
+    refpage::SiteReport const report = refpage::buildSite(inputs, refpage::siteLinkResolver(set), options);
     return report.ok() && inputs.size() == corpus.size();
 }
 

@@ -63,7 +63,7 @@ bool writeFile(std::filesystem::path const& root, std::string_view path, std::st
 SiteReport planSite(std::span<SitePageInput const> pages) {
     std::vector<std::string> hrefs, names;
     for (auto const& input : pages) {
-        hrefs.push_back(siteUtf8(input.page->getHref()));
+        hrefs.push_back(lenientUtf8(input.page->getHref()));
         names.push_back(sitePageTitle(*input.page));
     }
     PagePathAssignment assignment = assignPagePaths(hrefs, names);
@@ -91,10 +91,10 @@ std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<st
     std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
     for (std::size_t i = 0; i < pages.size(); ++i) {
         RefItem const& page = *pages[i].page;
-        std::string const package = siteUtf8(page.getPackageName());
+        std::string const package = lenientUtf8(page.getPackageName());
         auto& slot = packages[{package.empty() ? 1 : 0, lowered(package) + '\0' + package}];
         slot.first = package.empty() ? "Other pages" : package;
-        slot.second.push_back({sitePageTitle(page), siteUtf8(page.getPurpose()),
+        slot.second.push_back({sitePageTitle(page), lenientUtf8(page.getPurpose()),
                                page.getDeprecationStatus() != DeprecationStatus::Current, i});
     }
     mstch::array packageData;

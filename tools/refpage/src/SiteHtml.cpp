@@ -41,10 +41,6 @@ bool preformattedLine(std::string_view line) {
 
 }  // namespace
 
-std::string siteUtf8(std::u16string_view text) {
-    return lenientUtf8(text);
-}
-
 std::string escapeHtml(std::string_view text) {
     std::string out;
     out.reserve(text.size() + text.size() / 8);

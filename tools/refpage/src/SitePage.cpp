@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <refpage/PageLookup.hpp>
+#include <refpage/TextEscape.hpp>
 #include <refpage/SiteHtml.hpp>
 #include <refpage/SitePage.hpp>
 #include <refpage/SitePaths.hpp>
@@ -15,14 +16,14 @@ using namespace reference::property;
 namespace {
 
 std::string utf8(std::u16string const& text) {
-    return siteUtf8(text);
+    return lenientUtf8(text);
 }
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += siteUtf8(value);
+        text += lenientUtf8(value);
     }
     return text;
 }

@@ -7,9 +7,6 @@
 
 namespace refpage {
 
-/// UTF-16 page text as UTF-8; an unpaired surrogate becomes U+FFFD. Never throws for bad input.
-std::string siteUtf8(std::u16string_view text);
-
 /// `text` for HTML text or a double- or single-quoted attribute: & < > " ' escaped;
 /// control characters other than tab and line feed, and invalid UTF-8, become U+FFFD.
 std::string escapeHtml(std::string_view text);

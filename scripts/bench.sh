@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the benchmark binary with the release preset, runs the whole suite (medians
+# Installs the benchmark peers, builds the benchmark binary with the release preset
+# (a missing peer stops it there), runs the whole suite (medians
 # of 10 repetitions) and writes bench/RESULTS.md and bench/object_array.svg from
 # the JSON it produces. Extra arguments go to the benchmark binary
 # (e.g. --benchmark_filter=page_). Not part of the tests or CI.
@@ -8,7 +9,8 @@ set -euo pipefail
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 cd "$root"
 
-cmake --preset release >/dev/null
+bash scripts/setup.sh --bench
+cmake --preset release -DREFPROP_BENCH_REQUIRE_PEERS=ON >/dev/null
 cmake --build --preset release -j2 --target refprop_bench
 
 results="$root/build/release/bench/results.json"

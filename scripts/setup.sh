@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and benchmarking need,
-# only those that are missing. Run as root (or with sudo available) on Debian 12.
+# Installs the Debian packages that building and testing need, only those that
+# are missing; with --bench also the peers the benchmarks compare against.
+# Run as root (or with sudo available) on Debian 12.
 set -euo pipefail
 
 packages=(
@@ -12,6 +13,8 @@ packages=(
   help2man dpkg-dev fakeroot pkg-config libxml2-utils
   chromium chromium-driver python3-selenium
 )
+# Peers of the benchmarks only (scripts/bench.sh): protocol buffers for the copy and equality baselines.
+if [ "${1:-}" = "--bench" ]; then packages+=(libprotobuf-dev protobuf-compiler); fi
 
 missing=()
 for package in "${packages[@]}"; do

@@ -7,7 +7,10 @@
 #include <new>
 #include <refpage/PageCheck.hpp>
 #include <refpage/PageLoader.hpp>
+#include <refpage/PageWriter.hpp>
 #include <string>
+
+#include "RecordViews.hpp"
 
 #include "support/HostTest.hpp"
 
@@ -69,6 +72,58 @@ TEST_F(PageCheck, ComparesBothReadBacksTheCopyAndTheReloadedPage) {
     // (5 texts, 1 enumeration, 8 list sizes, 2 thumbnail texts), the entity's 3, the syntax
     // group's 5 (2 syntaxes), the input group's 2, the input's 9 (2 values).
     EXPECT_EQ(report.valuesCompared, 2u * (16 + 3 + 5 + 2 + 9));
+}
+
+TEST_F(PageCheck, APageInTheWrittenFormPassesAsAnyOther) {
+    refpage::LoadResult const loaded = refpage::loadPage(page, "checked.json");
+    ASSERT_TRUE(loaded.ok());
+    std::string const written = refpage::pageText(loaded.page.get()) + "\n";
+    refpage::CheckReport const report = refpage::checkPage(written, "written.json");
+    ASSERT_TRUE(report.passed()) << report.failures.front().describe();
+    EXPECT_EQ(report.comparisons.size(), 4u);
+}
+
+// The written text is read back and compared with the page through a digest of their values,
+// taken from the page as the host holds it and from the text as read.
+std::size_t digestOfHost(refpage::LoadResult const& loaded) {
+    std::size_t digest = 0;
+    refpage::digestValues(refpage::hostRecord(loaded.page.get()), digest);
+    return digest;
+}
+
+std::size_t digestOfText(std::string const& text) {
+    refpage::ParsedPage const parsed = refpage::parsePage(text, "digest.json");
+    EXPECT_TRUE(parsed.ok());
+    std::size_t digest = 0;
+    refpage::digestValues(refpage::NodeRecord(parsed.root), digest);
+    return digest;
+}
+
+TEST_F(PageCheck, ThePagesValuesGiveOneDigestHoweverTheyAreHeld) {
+    refpage::LoadResult const loaded = refpage::loadPage(page, "checked.json");
+    ASSERT_TRUE(loaded.ok());
+    std::size_t const digest = digestOfHost(loaded);
+    EXPECT_EQ(digestOfText(page), digest);
+    EXPECT_EQ(digestOfText(refpage::pageText(loaded.page.get())), digest);
+    // A key given at its initial value holds the same values as the key left out.
+    std::string withInitial = page;
+    withInitial.insert(withInitial.find(R"("Purpose")"), R"("Description": "", "DeprecationStatus": "current", )");
+    EXPECT_EQ(digestOfText(withInitial), digest);
+}
+
+TEST_F(PageCheck, AnyOtherValueAnywhereGivesAnotherDigest) {
+    std::size_t const digest = digestOfText(page);
+    auto const changed = [](std::string_view from, std::string_view to) {
+        std::string text = page;
+        text.replace(text.find(from), from.size(), to);
+        return text;
+    };
+    for (std::string const& other :
+         {changed(R"("b"])", R"("c"])"), changed(R"(["a", "b"])", R"(["a"])"), changed(R"("x")", R"("y")"),
+          changed(R"("IsNameValuePair": true)", R"("IsNameValuePair": false)"), changed(R"("usage")", R"("none")"),
+          changed(R"("function")", R"("class")"), changed(R"("a thumbnail")", R"("")"),
+          changed(R"x("checked(x)", )x", "")})
+        EXPECT_NE(digestOfText(other), digest) << other;
 }
 
 TEST_F(PageCheck, APageThatDoesNotLoadIsComparedWithNothing) {

@@ -8,13 +8,11 @@
 #include <optional>
 #include <span>
 
+#include "RecordViews.hpp"
+
 namespace refpage {
 
 namespace {
-
-using reference::glue::PropertyEntry;
-using reference::glue::PropertyKind;
-using reference::glue::PropertyTable;
 
 /// Appends bytes of UTF-8 to a string, escaped as a JSON string's content.
 class EscapingAppender {
@@ -61,17 +59,18 @@ public:
         return std::move(out_);
     }
 
-    void record(void const* record, PropertyTable const& table, std::size_t level) {
+    template <class Record>
+    void record(Record const& source, std::size_t level) {
         out_ += '{';
         bool first = true;
-        for (PropertyEntry const& entry : table.entries) {
+        for (PropertyEntry const& entry : source.table().entries) {
             if (!first) out_ += ',';
             first = false;
             newLine(level + 1);
             out_ += '"';
             out_ += entry.word;
             out_ += "\": ";
-            value(record, entry, level + 1);
+            value(source, entry, level + 1);
         }
         newLine(level);
         out_ += '}';
@@ -112,14 +111,14 @@ private:
         out_ += ']';
     }
 
-    void value(void const* record, PropertyEntry const& entry, std::size_t level) {
+    template <class Record>
+    void value(Record const& source, PropertyEntry const& entry, std::size_t level) {
         switch (entry.kind) {
-            case PropertyKind::String: text(entry.strings().get(record)); return;
-            case PropertyKind::Bool: out_ += entry.flag().get(record) ? "true" : "false"; return;
+            case PropertyKind::String: text(source.text(entry)); return;
+            case PropertyKind::Bool: out_ += source.flag(entry) ? "true" : "false"; return;
             case PropertyKind::Enumeration: {
-                std::span<std::uint32_t const> const values =
-                    reference::glue::enumerationValues(entry.arrays().get(record));
-                auto const write = [this, &entry](std::uint32_t number) {
+                std::span<std::uint32_t const> const values = source.numbers(entry);
+                auto const member = [this, &entry](std::uint32_t number) {
                     std::optional<std::string_view> const key = entry.enumeration->keyOf(number);
                     if (key && !key->empty())
                         text(*key);
@@ -127,30 +126,24 @@ private:
                         out_ += fmt::format("{}", number);
                 };
                 if (values.size() == 1) {
-                    write(values[0]);
+                    member(values[0]);
                     return;
                 }
-                array(values.size(), level, [&](std::size_t i) { write(values[i]); });
+                array(values.size(), level, [&](std::size_t i) { member(values[i]); });
                 return;
             }
-            case PropertyKind::StringList: {
-                oxArray_tag const* const list = entry.arrays().get(record);
-                array(oxGetNumberOfElements(list), level, [&](std::size_t i) { text(oxGetStringElement(list, i)); });
+            case PropertyKind::StringList:
+                array(source.count(entry), level, [&](std::size_t i) { text(source.text(entry, i)); });
                 return;
-            }
-            case PropertyKind::ObjectArray: {
-                oxArray_tag const* const list = entry.arrays().get(record);
-                array(oxGetNumberOfElements(list), level, [&](std::size_t i) { element(list, i, entry, level + 1); });
+            case PropertyKind::ObjectArray:
+                array(source.count(entry), level, [&](std::size_t i) {
+                    source.child(entry, i, [this, level](auto const& child) { record(child, level + 1); });
+                });
                 return;
-            }
-            case PropertyKind::Record: element(entry.arrays().get(record), 0, entry, level); return;
+            case PropertyKind::Record:
+                source.child(entry, 0, [this, level](auto const& child) { record(child, level); });
+                return;
         }
-    }
-
-    void element(oxArray_tag const* list, std::size_t index, PropertyEntry const& entry, std::size_t level) {
-        ocos::COSInterfacePtr const object = omGetArrayElement(list, index);
-        PropertyTable const& table = entry.elementTable();
-        record(reference::glue::recordOf(*object.get(), table), table, level);
     }
 
     std::string out_;
@@ -159,10 +152,8 @@ private:
 }  // namespace
 
 std::string pageText(oxArray_tag const* page, std::size_t sizeHint) {
-    ocos::COSInterfacePtr const object = reference::glue::objectOf(page);
-    PropertyTable const& table = reference::glue::tableOf(*object.get());
     PageTextWriter writer(sizeHint);
-    writer.record(reference::glue::recordOf(*object.get(), table), table, 0);
+    writer.record(hostRecord(page), 0);
     return writer.take();
 }
 

@@ -29,9 +29,10 @@ struct CheckReport {
 /// Loads `text` through the host and checks the round trips: every key of every record
 /// read back through the host getters and through the native getters equals the input
 /// (keys the input left out equal the record's initial value); the page's copy() equals
-/// it; the page written out and loaded again equals it. At most two page-sized
-/// structures live at once besides `text`. Never throws: running out of memory is a
-/// failure saying "out of memory" and at which stage.
+/// it; the page written out and read again writes exactly the same text (so it reads back
+/// to the same values). The text is parsed once and the page built through the host once;
+/// the written text is parsed but not built. Never throws: running out of memory is a failure saying
+/// "out of memory" and at which stage.
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options = {});
 
 /// The same, taking the text so that it is released as soon as it is no longer needed.

@@ -57,7 +57,7 @@ public:
         for (PropertyEntry const& entry : node.table->entries) {
             Assignment const* const assignment = assignmentOf(node, entry);
             std::size_t const offset = assignment != nullptr ? assignment->offset : node.offset;
-            path_.push_back(std::string(entry.word));
+            path_.push_back(Step{entry.word, 0});
             switch (entry.kind) {
                 case PropertyKind::String: text(offset, assignment, entry.strings().get(record)); break;
                 case PropertyKind::Bool: flag(offset, assignment, entry.flag().get(record)); break;
@@ -93,7 +93,7 @@ public:
             PropertyEntry const& entry = *node.table->find(word);
             Assignment const* const assignment = assignmentOf(node, entry);
             std::size_t const offset = assignment != nullptr ? assignment->offset : node.offset;
-            path_.push_back(std::string(word));
+            path_.push_back(Step{word, 0});
             using Value = std::decay_t<decltype(value)>;
             if constexpr (std::is_same_v<Value, std::u16string>) {
                 text(offset, assignment, value);
@@ -117,7 +117,9 @@ public:
 
 private:
     void differ(std::size_t offset, std::string message) {
-        differences_.push_back(Difference{path_.to_string(), fmt::format("{}: {}", what_, message), offset});
+        Pointer pointer;
+        for (Step const& step : path_) pointer.push_back(step.word.empty() ? std::to_string(step.index) : std::string(step.word));
+        differences_.push_back(Difference{pointer.to_string(), fmt::format("{}: {}", what_, message), offset});
     }
 
     void text(std::size_t offset, Assignment const* assignment, std::u16string_view actual) {
@@ -150,7 +152,7 @@ private:
         StringList const& expected = assignment != nullptr ? std::get<StringList>(assignment->value) : none;
         if (!sameCount(offset, expected.size(), count)) return;
         for (std::size_t i = 0; i < count; ++i) {
-            path_.push_back(std::to_string(i));
+            path_.push_back(Step{{}, i});
             Assignment const item{nullptr, expected[i], offset};
             text(offset, &item, element(i));
             path_.pop_back();
@@ -174,7 +176,7 @@ private:
         }
         if (!sameCount(offset, expected.size(), count)) return;
         for (std::size_t i = 0; i < count; ++i) {
-            path_.push_back(std::to_string(i));
+            path_.push_back(Step{{}, i});
             visit(expected[i], i);
             path_.pop_back();
         }
@@ -189,7 +191,13 @@ private:
     std::string_view what_;
     std::vector<Difference>& differences_;
     std::size_t& count_;
-    Pointer path_;
+    /// One step of the path to the value compared: a key, or else an index. The pointer is
+    /// spelled out only for a difference, so that equal values cost no text.
+    struct Step {
+        std::string_view word;
+        std::size_t index;
+    };
+    std::vector<Step> path_;
 };
 
 class PageChecker {

@@ -82,9 +82,20 @@ private:
         out_.append(level, ' ');
     }
 
+    /// Runs of printable ASCII, which most text is, are copied as they are; everything else
+    /// is converted and escaped. A run of code units from 0x80 never splits a surrogate pair.
     void text(std::u16string_view value) {
         out_ += '"';
-        utf8::utf16to8(value.begin(), value.end(), EscapingAppender(out_));
+        auto const plain = [](char16_t unit) { return unit >= 0x20 && unit < 0x80 && unit != u'"' && unit != u'\\'; };
+        for (auto at = value.begin(); at != value.end();) {
+            auto const plainEnd = std::find_if_not(at, value.end(), plain);
+            out_.append(plainEnd - at, '\0');
+            std::transform(at, plainEnd, out_.end() - (plainEnd - at), [](char16_t unit) { return static_cast<char>(unit); });
+            auto const otherEnd = std::find_if(plainEnd, value.end(), [](char16_t unit) { return unit < 0x80; });
+            auto const end = otherEnd != plainEnd ? otherEnd : plainEnd + (plainEnd != value.end());
+            utf8::utf16to8(plainEnd, end, EscapingAppender(out_));
+            at = end;
+        }
         out_ += '"';
     }
 

@@ -90,10 +90,28 @@ void check(std::string const& text) {
     benchmark::DoNotOptimize(report.failures.data());
 }
 
+/// The baseline of the memory hierarchy: copy() of the loaded page does work linear in the
+/// page by construction, so any rise of its time per byte with size is the caches' alone.
+void copyLoaded(benchmark::State& state, std::string const& text) {
+    refpage::LoadResult const loaded = refpage::loadPage(text, "bench.json");
+    if (!loaded.ok()) {
+        state.SkipWithError("the page did not load");
+        return;
+    }
+    reference::property::RefItem const& page = refpage::nativePage(loaded.page.get());
+    perByte(state, text, [&page](std::string const&) {
+        reference::property::RefItem const copy = page.copy();
+        benchmark::DoNotOptimize(&copy);
+    });
+}
+
 template <class Make>
 void registerShape(std::string const& shape, std::vector<std::size_t> const& sizes, Make make, bool checked) {
     for (std::size_t const size : sizes) {
         auto const text = std::make_shared<std::string>(make(size));
+        if (shape == "page_bytes")
+            bench::registerBenchmark(fmt::format("page_scaling/copy/{}/{}", shape, size),
+                                     [text](benchmark::State& state) { copyLoaded(state, *text); });
         bench::registerBenchmark(fmt::format("page_scaling/parse/{}/{}", shape, size),
                                  [text](benchmark::State& state) { perByte(state, *text, parse); });
         if (checked)
@@ -106,7 +124,7 @@ int const registered = [] {
     registerShape("keys_per_object", {1000, 10000, 100000}, manyKeys, false);
     registerShape("elements_per_array", {1000, 10000, 100000}, manyElements, true);
     registerShape("nesting_depth", {4, 16, 62}, [](std::size_t depth) { return deepNesting(depth, 1 << 20); }, false);
-    registerShape("page_bytes", {1 << 16, 1 << 20, 1 << 23}, realisticPage, true);
+    registerShape("page_bytes", {1 << 16, 1 << 20, 1 << 23, 1 << 25}, realisticPage, true);
     registerShape("text_bytes", {1 << 16, 1 << 20, 1 << 23}, longText, true);
     return 0;
 }();

@@ -434,8 +434,11 @@ private:
 
     static void toUtf16(std::string const& utf8, std::u16string& text) {
         // The lexer has checked the UTF-8 and the surrogate escapes.
-        text.reserve(utf8.size());
-        utf8::unchecked::utf8to16(utf8.begin(), utf8.end(), std::back_inserter(text));
+        // A UTF-8 text never has fewer bytes than its UTF-16 form has code units.
+        std::size_t const before = text.size();
+        text.resize(before + utf8.size());
+        char16_t* const end = utf8::unchecked::utf8to16(utf8.begin(), utf8.end(), text.data() + before);
+        text.resize(static_cast<std::size_t>(end - text.data()));
         if (text.capacity() - text.size() > releasedTokenSize) text.shrink_to_fit();
     }
 

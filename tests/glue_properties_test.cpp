@@ -2,7 +2,6 @@
 // its own getter/setter pair by name, and misuse is refused.
 #include "support/GlueValues.hpp"
 #include "support/HostTest.hpp"
-#include "support/Vocabularies.hpp"
 
 #include <reference/glue/Properties.hpp>
 #include <reference/property/AppThumbnail.hpp>
@@ -120,20 +119,6 @@ TEST_F(PropertyTables, OnlyRecordClassesHaveTables) {
     EXPECT_EQ(findTable("ovrin.internal.reference.property.RefItem"), &tableOf<reference::property::RefItem>());
 }
 
-TEST_F(PropertyTables, EnumerationMembersAreTheKeysAndNumbersOfTheClass) {
-    auto const& status = enumerationInfo<reference::property::DeprecationStatus>();
-    EXPECT_TRUE(status.namesMember("current"));  // the default's own key
-    EXPECT_TRUE(status.namesMember("deny"));
-    EXPECT_FALSE(status.namesMember("Current"));  // a display text, not a key
-    EXPECT_TRUE(status.hasMember(5));
-    EXPECT_FALSE(status.hasMember(6));
-    auto const& entity = enumerationInfo<reference::property::RefEntityType>();
-    EXPECT_TRUE(entity.namesMember(""));
-    EXPECT_FALSE(entity.namesMember("functions"));
-    EXPECT_TRUE(entity.hasMember(27));
-    EXPECT_FALSE(entity.hasMember(28));
-}
-
 /// A host object of a class the glue has no table for is refused by its class, not read through another table.
 TEST_F(PropertyTables, AnObjectOfAClassWithNoTableIsRefused) {
     std::string const name = "ovrin.internal.reference.property.Unlisted";
@@ -149,34 +134,6 @@ TEST_F(PropertyTables, AnObjectOfAClassWithNoTableIsRefused) {
     EXPECT_THROW(tableOf(record), std::invalid_argument);
     EXPECT_THROW(getProperty(record, "FileRef"), std::invalid_argument);
     EXPECT_THROW(setProperty(record, "FileRef", std::u16string(u"x")), std::invalid_argument);
-}
-
-/// The member view, keyOf and the library's two conversions agree with the tests' own table of each vocabulary.
-TEST_F(PropertyTables, EnumerationMemberViewsMatchEachVocabulary) {
-    std::vector<std::string_view> seen;
-    for (EnumerationInfo const* info : allEnumerations()) seen.push_back(info->className);
-    EXPECT_EQ(seen, (std::vector<std::string_view>{"DeprecationStatus", "FunctionType", "RefEntityType", "SyntaxType"}));
-    testvalues::forEachVocabulary([](auto type) {
-        using Enum = typename decltype(type)::type;
-        using Vocabulary = testvalues::Vocabulary<Enum>;
-        EnumerationInfo const& info = enumerationInfo<Enum>();
-        SCOPED_TRACE(std::string(info.className));
-        ASSERT_EQ(info.members.size(), std::size(Vocabulary::members));
-        EXPECT_EQ(info.memberCount, info.members.size());
-        for (std::uint32_t number = 0; number < info.memberCount; ++number) {
-            EnumerationMember const& member = info.members[number];
-            EXPECT_EQ(member.value, number);
-            EXPECT_EQ(member.key, Vocabulary::members[number].key);
-            EXPECT_EQ(member.displayText, Vocabulary::members[number].display);
-            EXPECT_EQ(info.keyOf(number), member.key);
-            EXPECT_EQ(info.keyToValue(member.key), number);
-            EXPECT_EQ(info.displayText(number), member.displayText);
-        }
-        EXPECT_EQ(info.defaultKey, Vocabulary::members[Vocabulary::defaultValue].key);
-        EXPECT_EQ(info.keyOf(info.memberCount), std::nullopt);
-        EXPECT_EQ(info.keyOf(0xFFFFFFFFu), std::nullopt);
-    });
-    EXPECT_EQ(enumerationInfo<reference::property::RefEntityType>().keyOf(27), std::optional<std::string_view>(""));
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 // The stand-in host: array and object lifetimes, payloads, the class registry,
 // object arrays, enumeration and record construction, honest failures and fault
-// injection. That no failing host call leaves anything alive is the fault
+// injection; its foundation's error identifiers, message catalog refusals and
+// the user exception's UTF-16 to UTF-8 conversions. That no failing host call leaves anything alive is the fault
 // sweep's to show, and use from many threads the concurrency test's (under tsan).
 #include "support/HostErrors.hpp"
 #include "support/HostTest.hpp"
 #include "support/HostValues.hpp"
 
 #include <ovrin/array.hpp>
+#include <ovrin/foundation/except.hpp>
 #include <ovrin/ocos.hpp>
 #include <ovrin/testing.hpp>
 
@@ -290,6 +292,53 @@ TEST_F(Host, AnArmedFaultFiresOnceOnTheNthFallibleCallOfItsOwnThread) {
     oxSetStringElement(array.get(), 0, u"x");
     EXPECT_EQ(ovrin::testing::hostCalls(), start + 3);
 }
+
+namespace msg = foundation::core::msg;
+namespace except = foundation::core::except;
+
+/// An entry the catalog does not hold.
+struct MissingKey : msg::MessageKey {
+    MissingKey() : MessageKey{{}, "Test:nowhere", "Missing"} {}
+};
+
+/// A user exception with a fixed message and no catalog entry.
+class PlainUserError : public except::IUserException {
+public:
+    explicit PlainUserError(std::u16string text) : text_(std::move(text)) {}
+    IException* clone() const override { return new PlainUserError(*this); }
+    void rethrow() const override { throw *this; }
+    std::u16string ToUstringImpl() const override { return text_; }
+
+private:
+    std::u16string text_;
+};
+
+TEST(MessageCatalog, IdentifiersJoinCatalogAndKeyAndEntriesItLacksOrArgumentsItTakesNotAreHostErrors) {
+    component_Ovrin::catalog_class::key_RequireScalar withArgument;
+    EXPECT_EQ(except::IMsgIDException::get_error_id(withArgument), "Ovrin:class:RequireScalar");
+    EXPECT_EQ(msg::catalogIdentifier("Ovrin:class", "RequireScalar"), "Ovrin:class:RequireScalar");
+    EXPECT_EQ(hostErrorOf([] { msg::catalogMessage(MissingKey()); }),
+              "catalogMessage: expected an entry of the message catalog, found 'Test:nowhere:Missing'");
+    withArgument.arguments.emplace_back(7L);
+    EXPECT_EQ(hostErrorOf([&] { msg::catalogMessage(withArgument); }),
+              "catalogMessage: expected 0 argument(s) for 'Ovrin:class:RequireScalar', found 1");
+}
+
+TEST(UserException, WhatIsTheUtf8FormOfTheUnicodeMessageOrAFixedTextWhenItCannotBeFormed) {
+    EXPECT_STREQ(PlainUserError(u"caf\u00e9 \U0001F600").what(), "caf\xc3\xa9 \xf0\x9f\x98\x80");
+    EXPECT_STREQ(PlainUserError(std::u16string(1, char16_t(0xDC00))).what(),
+                 "foundation exception (its message could not be formed)");
+}
+
+TEST(UserException, ConvertStrRoundTripsValidTextAndRefusesInvalidText) {
+    PlainUserError const error(u"");
+    std::u16string const text = u"\u00e9\u4e2d\U0001F600";
+    EXPECT_EQ(error.convert_str(error.convert_str(text)), text);
+    EXPECT_EQ(error.convert_str(std::string("plain")), u"plain");
+    EXPECT_THROW(error.convert_str(std::u16string(1, char16_t(0xD800))), ovrin::HostError);
+    EXPECT_THROW(error.convert_str(std::string("\xff")), ovrin::HostError);
+}
+
 
 #if !defined(NDEBUG) && GTEST_HAS_DEATH_TEST
 TEST(HostDeathTest, DestroyingAnArrayOthersStillReferenceIsAnAssertion) {

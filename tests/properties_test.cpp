@@ -313,7 +313,9 @@ TEST_F(ObjectArrayProperty, FreshGetBuildsScopedInternalOneByZeroArrayOfElementC
     EXPECT_EQ(oxGetArrayScope(array), 6);
     EXPECT_TRUE(oxIsInternal(array));
     EXPECT_EQ(ovrin::testing::referenceCount(array), 1) << "the cache holds the only reference";
+    std::uint64_t const calls = hostCalls();
     EXPECT_EQ(get(), array);
+    EXPECT_EQ(hostCalls(), calls) << "a filled cache is returned as it is";
     EXPECT_EQ(oxGetArrayScope(bridge::createObjectArray(records({u"a"}), false).get()), 4) << "unscoped";
 }
 

@@ -146,7 +146,8 @@ std::string nested(std::size_t depth, std::string const& inner = {}) {
     return std::string(depth, '[') + inner + std::string(depth, ']');
 }
 
-/// Each text gives exactly one error, described as given: position, message and pointer (page text escaped).
+/// Each text gives exactly one error whose description begins as given: position, message and pointer
+/// (page text escaped). Rows that end early leave the rest to the JSON parser's own words.
 TEST_F(PageFormat, EachBadTextGivesOneErrorSayingWhereAndWhat) {
     std::string const nonScalar = "Value must be a scalar: expected exactly one element. [Ovrin:class:RequireScalar]";
     std::string const enumeration = "; expected a DeprecationStatus key or an unsigned 32-bit number";
@@ -229,7 +230,7 @@ TEST_F(PageFormat, EachBadTextGivesOneErrorSayingWhereAndWhat) {
     for (auto const& [text, described] : cases) {
         SCOPED_TRACE(text.substr(0, 200));
         std::string const shown = onlyError(text).describe();
-        EXPECT_EQ(shown.substr(0, described.size() + 10), "test.json:" + described) << "(first bytes compared)";
+        EXPECT_EQ(shown.substr(0, described.size() + 10), "test.json:" + described) << "(the beginning compared)";
         for (auto const& [sign, named] : parserWords)
             EXPECT_TRUE(text.find(sign) == std::string::npos || shown.find(named) != std::string::npos) << shown;
         for (char const raw : {'\xFF', '\x1b'}) EXPECT_EQ(shown.find(raw), std::string::npos) << "raw bytes shown";

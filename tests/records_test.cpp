@@ -1,10 +1,13 @@
-// Equality and copies of every record class, driven by the glue's property
-// tables so each property of each class is covered; then the orders in which
-// texts and lists compare, and the records without host properties.
+// Every record class through the glue's property tables: the property words of
+// each class, each reaching its own getter/setter pair by name, misuse refused;
+// equality and copies of every property; the orders in which texts and lists
+// compare; and the records without host properties.
 #include "support/GlueValues.hpp"
 #include "support/HostTest.hpp"
 #include "support/HostValues.hpp"
 
+#include <reference/glue/Properties.hpp>
+#include <reference/property/AppThumbnail.hpp>
 #include <reference/property/HeaderInfo.hpp>
 #include <reference/property/RecordProducer.hpp>
 #include <reference/property/RefItem.hpp>
@@ -13,15 +16,107 @@
 #include <ovrin/testing.hpp>
 
 #include <gtest/gtest.h>
+#include <utf8.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
 namespace {
 
 using namespace reference::property;
-using testvalues::glue::PropertyEntry;
-using testvalues::glue::tableOf;
+using namespace reference::glue;
+
+/// What tells one value of `entry`'s kind from another: the text, the flag, or the array's class,
+/// size, first text (a list) and number (an enumeration).
+std::string fingerprint(PropertyEntry const& entry, HostValue const& value) {
+    if (auto const* text = std::get_if<std::u16string>(&value)) return utf8::utf16to8(*text);
+    if (auto const* flag = std::get_if<bool>(&value)) return *flag ? "true" : "false";
+    oxArray_tag const* const array = std::get<HostArrayPtr>(value).get();
+    std::string print = ovrin::testing::className(array) + " of " + std::to_string(oxGetNumberOfElements(array));
+    if (entry.kind == PropertyKind::StringList) print += ", first " + utf8::utf16to8(oxGetStringElement(array, 0));
+    if (entry.kind == PropertyKind::Enumeration) print += ", number " + std::to_string(testvalues::hostNumber(array));
+    return print;
+}
+
+class PropertyTables : public HostTest {};
+
+TEST_F(PropertyTables, NameTheHostPropertyWordsOfEveryClassInPageOrder) {
+    std::map<std::string, std::vector<std::string>> const expected{
+        {"AppThumbnail", {"FileRef", "Alt"}},
+        {"ClassProperty", {"Name", "Purpose", "Values", "Href", "DefaultValue"}},
+        {"ClassPropertyGroup", {"Title", "Properties"}},
+        {"Example", {"Title", "Url", "OpenCommand"}},
+        {"Input", {"Name", "Purpose", "Values", "Href", "SyntaxType", "DefaultValue", "IsNameValuePair"}},
+        {"InputGroup", {"Title", "Inputs"}},
+        {"Output", {"Name", "Purpose", "Values", "Href", "SyntaxType"}},
+        {"Parameter", {"Name", "Purpose", "Values", "Href", "DefaultValue"}},
+        {"RefEntity", {"Name", "RefEntityType", "FunctionType"}},
+        {"RefItem",
+         {"Href", "RefEntities", "PackageName", "Purpose", "IntroducedIn", "Description", "AppThumbnail",
+          "DeprecationStatus", "SyntaxGroups", "InputGroups", "Outputs", "ClassPropertyGroups", "SeeAlso", "Examples",
+          "Parameters"}},
+        {"SeeAlso", {"Name", "Url"}},
+        {"SyntaxGroup", {"Title", "SyntaxType", "Syntaxes"}},
+    };
+    std::map<std::string, std::vector<std::string>> actual;
+    for (PropertyTable const* table : allTables()) {
+        std::string const& name = table->qualifiedName;
+        EXPECT_EQ(name.rfind("ovrin.internal.reference.property.", 0), 0u) << name;
+        auto& words = actual[name.substr(name.rfind('.') + 1)];
+        for (auto const& entry : table->entries) words.emplace_back(entry.word);
+    }
+    EXPECT_EQ(actual, expected);
+}
+
+TEST_F(PropertyTables, EveryPropertyOfEveryClassIsWrittenAndReadBackByItsWord) {
+    for (PropertyTable const* table : allTables()) {
+        SCOPED_TRACE(table->qualifiedName);
+        HostArrayPtr const object = constructObject(*table);
+        ocos::COSInterfacePtr const record = objectOf(object.get());
+        // Every value is set before any is read, so a setter bound to the wrong member shows.
+        for (auto const& entry : table->entries)
+            setProperty(*record.get(), entry.word, testvalues::distinctValue(entry));
+        for (auto const& entry : table->entries)
+            EXPECT_EQ(fingerprint(entry, getProperty(*record.get(), entry.word)),
+                      fingerprint(entry, testvalues::distinctValue(entry)));
+    }
+}
+
+TEST_F(PropertyTables, WordsAreExactAndValuesOfAnotherKindAreRefusedChangingNothing) {
+    HostArrayPtr const object = constructObject(tableOf<RefItem>());
+    ocos::COSInterface const& page = *objectOf(object.get()).get();
+    EXPECT_THROW(getProperty(page, "href"), std::out_of_range);
+    EXPECT_THROW(getProperty(page, "SyntaxGroup"), std::out_of_range);
+    EXPECT_THROW(setProperty(page, "Href ", std::u16string(u"x")), std::out_of_range);
+    setProperty(page, "Href", std::u16string(u"kept"));
+    EXPECT_THROW(setProperty(page, "Href", true), std::invalid_argument);
+    EXPECT_THROW(setProperty(page, "Outputs", std::u16string(u"x")), std::invalid_argument);
+    EXPECT_EQ(std::get<std::u16string>(getProperty(page, "Href")), u"kept");
+}
+
+TEST_F(PropertyTables, OnlyRecordClassesHaveTables) {
+    EXPECT_EQ(findTable(enumerationInfo<DeprecationStatus>().qualifiedName), nullptr);
+    EXPECT_EQ(findTable("ovrin.internal.reference.property.ObjectInfo"), nullptr);
+    EXPECT_EQ(findTable("ovrin.internal.reference.property.RefItem"), &tableOf<RefItem>());
+}
+
+/// A host object of a class the glue has no table for is refused by its class, not read through another table.
+TEST_F(PropertyTables, AnObjectOfAClassWithNoTableIsRefused) {
+    std::string const name = "ovrin.internal.reference.property.Unlisted";
+    ocos::ClassDefinition unlisted;
+    unlisted.qualifiedName = name;
+    unlisted.nativeType = &typeid(AppThumbnail);
+    unlisted.dispose = tableOf<AppThumbnail>().dispose;
+    unlisted.makeDefault = tableOf<AppThumbnail>().makeDefault;
+    ocos::COSClass::define(std::move(unlisted));
+    HostArrayPtr const object(
+        omConstructObjectWithClient(ocos::internal::makeInterned(name), 0, nullptr, COSGetPublicClient()), false);
+    ocos::COSInterface const& record = *objectOf(object.get()).get();
+    EXPECT_THROW(tableOf(record), std::invalid_argument);
+    EXPECT_THROW(getProperty(record, "FileRef"), std::invalid_argument);
+    EXPECT_THROW(setProperty(record, "FileRef", std::u16string(u"x")), std::invalid_argument);
+}
 
 template <class T>
 class EveryRecord : public HostTest {};

@@ -5,9 +5,9 @@
 
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <reference/glue/Enumerations.hpp>
 #include <refpage/Json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 
@@ -17,33 +17,23 @@ namespace {
 
 using testvalues::contains;
 using testvalues::data;
+using testvalues::expectRun;
 using testvalues::refpage;
 using testvalues::ToolRun;
 
 std::string readFile(std::filesystem::path const& file) {
-    std::ifstream stream(file, std::ios::binary);
     std::ostringstream text;
-    text << stream.rdbuf();
+    text << std::ifstream(file, std::ios::binary).rdbuf();
     return text.str();
 }
 
-TEST(RefpageTool, ShowWithoutAFilePrintsTheBundledSamplePage) {
-    ToolRun const run = refpage("show");
-    EXPECT_EQ(run.status, 0) << run.output;
-    EXPECT_EQ(run.output.rfind("refpage.check\n=============\nCheck that pages survive a round trip through the host.\n", 0),
-              0u)
-        << run.output;
-    EXPECT_TRUE(contains(run.output, "refpage.check (Tool, Tool_Launcher)"));
-    EXPECT_TRUE(contains(run.output, "--strict (name-value)"));
-    EXPECT_TRUE(std::regex_search(run.output, std::regex("\n  Status +Current\n")));
-}
-
-TEST(RefpageTool, ShowNamesEnumerationValuesByTheirDisplayText) {
-    ToolRun const run = refpage("show " + data("good/unicode.json"));
-    EXPECT_EQ(run.status, 0) << run.output;
-    EXPECT_TRUE(contains(run.output, "(Class, Constructor)")) << run.output;
-    EXPECT_TRUE(std::regex_search(run.output, std::regex("\n  Status +Warn\n")));
-    EXPECT_TRUE(contains(run.output, "[CreateObject]"));
+TEST(RefpageTool, ShowPrintsTheBundledSamplePageOrAFileWithDisplayTexts) {
+    ToolRun const sample = expectRun("show", 0, {"refpage.check (Tool, Tool_Launcher)", "--strict (name-value)"});
+    EXPECT_EQ(sample.output.rfind("refpage.check\n=============\nCheck that pages survive a round trip through the "
+                                  "host.\n", 0), 0u) << sample.output;
+    EXPECT_TRUE(std::regex_search(sample.output, std::regex("\n  Status +Current\n")));
+    ToolRun const file = expectRun("show " + data("good/unicode.json"), 0, {"(Class, Constructor)", "[CreateObject]"});
+    EXPECT_TRUE(std::regex_search(file.output, std::regex("\n  Status +Warn\n")));
 }
 
 TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationMembersAsKeys) {
@@ -57,147 +47,93 @@ TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationMembersAsKeys) {
 }
 
 TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
-    ToolRun const good = refpage("check " + data("good"));
-    EXPECT_EQ(good.status, 0) << good.output;
-    EXPECT_TRUE(contains(good.output, "3 pages, 0 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("))
-        << good.output;
-    ToolRun const run = refpage("check " + data("bad") + " " + data("good"));
-    EXPECT_EQ(run.status, 1) << run.output;
-    EXPECT_TRUE(contains(run.output, "malformed.json:3:26: error: malformed JSON: syntax error")) << run.output;
-    EXPECT_TRUE(contains(run.output, "wrong_type.json:3:73: error: expected a string, found array"))
-        << run.output;
-    EXPECT_TRUE(contains(run.output,
-                         R"(duplicate_key.json:3:99: error: duplicate key "Name" [/InputGroups/0/Inputs/1/Name])"))
-        << run.output;
-    EXPECT_TRUE(contains(run.output, "6 pages, 3 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("));
+    expectRun("check " + data("good"), 0, {"3 pages, 0 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("});
+    expectRun("check " + data("bad") + " " + data("good"), 1,
+              {"malformed.json:3:26: error: malformed JSON: syntax error",
+               "wrong_type.json:3:73: error: expected a string, found array",
+               R"(duplicate_key.json:3:99: error: duplicate key "Name" [/InputGroups/0/Inputs/1/Name])",
+               "6 pages, 3 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("});
 }
 
-TEST(RefpageTool, WarningsArePrintedAndFailOnlyWithStrict) {
-    ToolRun const lenient = refpage("check " + data("warning"));
-    EXPECT_EQ(lenient.status, 0) << lenient.output;
-    EXPECT_TRUE(contains(lenient.output, "warning: ")) << lenient.output;
-    EXPECT_TRUE(contains(lenient.output, "warning: \"widget\" names no member of RefEntityType"));
-    ToolRun const strict = refpage("check --strict " + data("warning"));
-    EXPECT_EQ(strict.status, 1) << strict.output;
-    EXPECT_EQ(refpage("show --strict " + data("warning/unknown_member.json")).status, 1);
-}
-
-TEST(RefpageTool, ToolOptionsAreAcceptedBeforeAndAfterTheCommand) {
+TEST(RefpageTool, WarningsFailOnlyWithStrictGivenBeforeOrAfterTheCommand) {
+    expectRun("check " + data("warning"), 0, {"warning: \"widget\" names no member of RefEntityType"});
     for (std::string const& arguments : {"--strict check " + data("warning"), "check --strict " + data("warning"),
-                                         "check " + data("warning") + " --strict"}) {
-        ToolRun const run = refpage(arguments);
-        EXPECT_EQ(run.status, 1) << arguments << "\n" << run.output;
-        EXPECT_TRUE(contains(run.output, "(strict mode)")) << arguments << "\n" << run.output;
-    }
-    EXPECT_EQ(refpage("-j 3 check " + data("good")).status, 0);
-    EXPECT_EQ(refpage("check --jobs 1 " + data("good")).status, 0);
-    EXPECT_EQ(refpage("check -j 0 " + data("good")).status, 2) << "at least one job";
+                                         "check " + data("warning") + " --strict"})
+        expectRun(arguments, 1, {"(strict mode)"});
+    expectRun("show --strict " + data("warning/unknown_member.json"), 1);
+    expectRun("-j 3 check " + data("good"), 0);
+    expectRun("check --jobs 1 " + data("good"), 0);
+    expectRun("check -j 0 " + data("good"), 2);  // at least one job
 }
 
 TEST(RefpageTool, QuietKeepsErrorsAndResultsOnly) {
-    EXPECT_EQ(refpage("-q check " + data("good")).output, "");
-    ToolRun const warned = refpage("check -q " + data("warning"));
-    EXPECT_EQ(warned.status, 0);
-    EXPECT_EQ(warned.output, "") << "no warnings";
-    ToolRun const failed = refpage("-q check " + data("bad/wrong_type.json"));
-    EXPECT_EQ(failed.status, 1);
-    EXPECT_TRUE(contains(failed.output, "wrong_type.json:3:73: error: expected a string")) << failed.output;
+    EXPECT_EQ(expectRun("-q check " + data("good"), 0).output, "");
+    EXPECT_EQ(expectRun("check -q " + data("warning"), 0).output, "") << "no warnings";
+    ToolRun const failed = expectRun("-q check " + data("bad/wrong_type.json"), 1,
+                                     {"wrong_type.json:3:73: error: expected a string"});
     EXPECT_FALSE(contains(failed.output, "pages,")) << "no summary";
-    ToolRun const found = refpage("find -q minimal " + data("good"));
-    EXPECT_TRUE(contains(found.output, "demo.minimal")) << found.output;
-    EXPECT_FALSE(contains(found.output, " pages\n")) << found.output;
+    EXPECT_FALSE(contains(expectRun("find -q minimal " + data("good"), 0, {"demo.minimal"}).output, " pages\n"));
 }
 
 TEST(RefpageTool, DashReadsThePageFromStandardInputOnce) {
-    ToolRun const piped = refpage("json - < " + data("good/minimal.json"));
-    EXPECT_EQ(piped.status, 0);
-    EXPECT_EQ(piped.output, refpage("json " + data("good/minimal.json")).output);
-    ToolRun const bad = refpage("check - " + data("good") + " < " + data("bad/wrong_type.json"));
-    EXPECT_EQ(bad.status, 1);
-    EXPECT_TRUE(contains(bad.output, "<stdin>:3:73: error: expected a string, found array [\"not\", \"a\", \"string\"] [/InputGroups/0/Inputs/1/Name]")) << bad.output;
-    EXPECT_TRUE(contains(bad.output, "4 pages, 1 failed")) << bad.output;
-    EXPECT_TRUE(contains(refpage("show - < " + data("good/minimal.json")).output, "demo.minimal\n====="));
-    ToolRun const twice = refpage("check - - < " + data("good/minimal.json"));
-    EXPECT_EQ(twice.status, 2);
-    EXPECT_TRUE(contains(twice.output, "standard input (-) can be named only once")) << twice.output;
+    EXPECT_EQ(expectRun("json - < " + data("good/minimal.json"), 0).output,
+              refpage("json " + data("good/minimal.json")).output);
+    expectRun("check - " + data("good") + " < " + data("bad/wrong_type.json"), 1,
+              {R"(<stdin>:3:73: error: expected a string, found array ["not", "a", "string"] )"
+               "[/InputGroups/0/Inputs/1/Name]", "4 pages, 1 failed"});
+    expectRun("show - < " + data("good/minimal.json"), 0, {"demo.minimal\n====="});
+    expectRun("check - - < " + data("good/minimal.json"), 2, {"standard input (-) can be named only once"});
 }
 
 TEST(RefpageTool, JsonOutputFileIsReplacedOnlyByAPageThatLoaded) {
+    namespace fs = std::filesystem;
     testvalues::ScratchFolder const folder;
-    std::filesystem::path const target = folder / "out.json";
-    ASSERT_EQ(refpage("json -o " + target.string() + " " + data("good/minimal.json")).output, "");
+    std::string const target = (folder / "out.json").string();
+    EXPECT_EQ(expectRun("json -o " + target + " " + data("good/minimal.json"), 0).output, "");
     EXPECT_EQ(readFile(target), refpage("json " + data("good/minimal.json")).output);
-
-    std::filesystem::permissions(target, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-    ASSERT_EQ(refpage("json -o " + target.string() + " " + data("good/unicode.json")).status, 0);
-    EXPECT_EQ(std::filesystem::status(target).permissions(),
-              std::filesystem::perms::owner_read | std::filesystem::perms::owner_write)
+    fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
+    expectRun("json -o " + target + " " + data("good/unicode.json"), 0);
+    EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write)
         << "a file replaced keeps its permissions";
-    ToolRun const failed = refpage("json " + data("bad/wrong_type.json") + " --output " + target.string());
-    EXPECT_EQ(failed.status, 1);
+    expectRun("json " + data("bad/wrong_type.json") + " --output " + target, 1);
     EXPECT_EQ(readFile(target), refpage("json " + data("good/unicode.json")).output) << "left untouched";
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1) << "no temporary left";
-
-    ToolRun const nowhere = refpage("json -o " + (folder / "no/such/folder.json").string() + " " +
-                                    data("good/minimal.json"));
-    EXPECT_EQ(nowhere.status, 1);
-    EXPECT_TRUE(contains(nowhere.output, "No such file or directory")) << nowhere.output;
+    EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1) << "no temporary left";
+    expectRun("json -o " + (folder / "no/such/folder.json").string() + " " + data("good/minimal.json"), 1,
+              {"No such file or directory"});
 }
 
 TEST(RefpageTool, ExitStatusSaysWhetherAPageFailedOrNothingWasFound) {
-    ToolRun const show = refpage("show " + data("bad/wrong_type.json"));
-    EXPECT_EQ(show.status, 1);
-    EXPECT_FALSE(contains(show.output, "demo.wrong")) << "a page that failed is never printed";
-    EXPECT_EQ(refpage("check " + data("no/such/folder")).status, 1);
+    EXPECT_FALSE(contains(expectRun("show " + data("bad/wrong_type.json"), 1).output, "demo.wrong"))
+        << "a page that failed is never printed";
+    expectRun("check " + data("no/such/folder"), 1);
     testvalues::ScratchFolder const empty;
-    ToolRun const nothing = refpage("check " + empty.path().string());
-    EXPECT_EQ(nothing.status, 1);
-    EXPECT_TRUE(contains(nothing.output, "error: no page found")) << nothing.output;
-    ToolRun const none = refpage("find no-such-name " + data("good"));
-    EXPECT_EQ(none.status, 1);
-    EXPECT_TRUE(contains(none.output, "nothing matches \"no-such-name\"")) << none.output;
-}
-
-TEST(RefpageTool, ShowAndJsonSayWhenTheirFileIsAFolderOrMissing) {
+    expectRun("check " + empty.path().string(), 1, {"error: no page found"});
+    expectRun("find no-such-name " + data("good"), 1, {"nothing matches \"no-such-name\""});
     for (char const* command : {"show ", "json "}) {
-        ToolRun const folder = refpage(command + data("good"));
-        EXPECT_EQ(folder.status, 1);
-        EXPECT_EQ(folder.output, data("good") + ": error: is a folder, expected a page file\n");
-        ToolRun const missing = refpage(command + data("no/such.json"));
-        EXPECT_EQ(missing.status, 1);
-        EXPECT_EQ(missing.output, data("no/such.json") + ": error: No such file or directory\n");
+        EXPECT_EQ(expectRun(command + data("good"), 1).output,
+                  data("good") + ": error: is a folder, expected a page file\n");
+        EXPECT_EQ(expectRun(command + data("no/such.json"), 1).output,
+                  data("no/such.json") + ": error: No such file or directory\n");
     }
 }
 
 TEST(RefpageTool, FindListsMatchingPagesAsATable) {
-    ToolRun const run = refpage("find minimal " + data("good"));
-    EXPECT_EQ(run.status, 0) << run.output;
-    EXPECT_EQ(run.output,
+    EXPECT_EQ(expectRun("find minimal " + data("good"), 0).output,
               "Name          Type      Function  Deprecated  Link               Purpose\n"
               "demo.minimal  Function  Simple    no          demo/minimal.html  The smallest page worth showing.\n"
               "1 of 5 entries\n");
 }
 
-TEST(RefpageTool, VersionAndUsageErrors) {
-    ToolRun const version = refpage("--version");
-    EXPECT_EQ(version.status, 0);
-    EXPECT_TRUE(std::regex_match(version.output, std::regex("refpage [0-9]+\\.[0-9]+\\.[0-9]+\n"))) << version.output;
-
-    ToolRun const unknown = refpage("bogus");
-    EXPECT_EQ(unknown.status, 2);
-    EXPECT_EQ(unknown.output,
+TEST(RefpageTool, VersionHelpAndUsageErrors) {
+    EXPECT_TRUE(std::regex_match(expectRun("--version", 0).output, std::regex("refpage [0-9]+\\.[0-9]+\\.[0-9]+\n")));
+    EXPECT_EQ(expectRun("bogus", 2).output,
               "refpage: unknown command \"bogus\"; the commands are show, json, check, find, index, site, docset\n");
-    ToolRun const none = refpage("");
-    EXPECT_EQ(none.status, 2);
-    EXPECT_TRUE(contains(none.output, "a command is required")) << none.output;
-    EXPECT_EQ(refpage("json").status, 2);
-    EXPECT_EQ(refpage("check --no-such-flag x").status, 2);
-    for (char const* command : {"--help", "show --help", "json --help", "check --help", "find --help"}) {
-        ToolRun const run = refpage(command);
-        EXPECT_EQ(run.status, 0) << command;
-        EXPECT_TRUE(contains(run.output, "Usage")) << command;
-    }
-    EXPECT_TRUE(contains(refpage("--help").output, "Exit status: 0"));
+    expectRun("", 2, {"a command is required"});
+    expectRun("json", 2);
+    expectRun("check --no-such-flag x", 2);
+    for (char const* command : {"show --help", "json --help", "check --help", "find --help"})
+        expectRun(command, 0, {"Usage"});
+    expectRun("--help", 0, {"Usage", "Exit status: 0"});
 }
 
 TEST(RefpageTool, HelpAndReadmeListEveryEnumerationKeyTheLibraryAccepts) {
@@ -215,28 +151,21 @@ TEST(RefpageTool, HelpAndReadmeListEveryEnumerationKeyTheLibraryAccepts) {
     }
 }
 
-TEST(RefpageTool, AFailedWriteToStandardOutputIsAnErrorWithStatusOne) {
+TEST(RefpageTool, AFailedWriteIsAnErrorWithStatusOneAndAClosedPipeAQuietDeathUnlessIgnored) {
     testvalues::ScratchFolder const folder;
     // Larger than the output buffer, so that the write fails before the end of the run.
-    std::string const big =
-        folder.write("big.json", R"({"Purpose": ")" + std::string(100000, 'a') + R"("})").string();
-    for (std::string const& arguments :
-         {"json " + data("good/minimal.json"), "json " + big, std::string("show"), "show " + big,
-          "check " + data("good/minimal.json"), std::string("--help"), std::string("--version")}) {
-        ToolRun const run = refpage(arguments, "2>&1 >/dev/full");
-        EXPECT_EQ(run.status, 1) << arguments;
-        EXPECT_EQ(run.output, "refpage: cannot write the output: No space left on device\n") << arguments;
-    }
-}
-
-TEST(RefpageTool, AClosedPipeIsAnErrorWhenSigpipeIsIgnoredAndAQuietDeathOtherwise) {
+    std::string const big = folder.write("big.json", R"({"Purpose": ")" + std::string(100000, 'a') + R"("})").string();
+    for (std::string const& arguments : {"json " + data("good/minimal.json"), "json " + big, std::string("show"),
+                                         "show " + big, "check " + data("good/minimal.json"), std::string("--help"),
+                                         std::string("--version")})
+        EXPECT_EQ(expectRun(arguments, 1, {}, "2>&1 >/dev/full").output,
+                  "refpage: cannot write the output: No space left on device\n");
     std::string const show = std::string(REFPAGE_BINARY) + " show";
-    ToolRun const ignored = testvalues::runShell("bash -c 'trap \"\" PIPE; { sleep 0.3; " + show +
-                                                 "; echo \"status $?\" >&2; } | true' 2>&1");
-    EXPECT_EQ(ignored.output, "refpage: cannot write the output: Broken pipe\nstatus 1\n");
-    ToolRun const killed =
-        testvalues::runShell("bash -c '{ sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1");
-    EXPECT_EQ(killed.output, "status 141\n") << "killed by SIGPIPE, nothing said";
+    EXPECT_EQ(testvalues::runShell("bash -c 'trap \"\" PIPE; { sleep 0.3; " + show +
+                                   "; echo \"status $?\" >&2; } | true' 2>&1").output,
+              "refpage: cannot write the output: Broken pipe\nstatus 1\n");
+    EXPECT_EQ(testvalues::runShell("bash -c '{ sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1").output,
+              "status 141\n") << "killed by SIGPIPE, nothing said";
 }
 
 }  // namespace

@@ -102,43 +102,33 @@ TEST_F(PageDisplay, DescriptionLinesKeepTheirIndentationUnderTheHeading) {
         << shown;
 }
 
-TEST(RefpageShow, PageTextCannotReachTheTerminalRaw) {
+TEST(RefpageShow, PageTextCannotReachTheTerminalRawAndWideCharactersLineUp) {
     testvalues::ScratchFolder const folder;
-    auto const page = folder.write("attack.json", R"({
+    auto const attack = folder.write("attack.json", R"({
  "RefEntities": [{"Name": "gr\u00fc\u00dfe\u001b[2J"}],
  "Purpose": "\u001b]0;pwned\u0007\u001b[31m red \u009b1m \u202e",
  "InputGroups": [{"Inputs": [{"Name": "x\u001b[1m", "Purpose": "in a table\u0007"}]}]
 })");
-    testvalues::ToolRun const run = testvalues::refpage("show " + page.string());
-    EXPECT_EQ(run.status, 0) << run.output;
-    for (char const control : {'\x1b', '\x07'}) EXPECT_FALSE(contains(run.output, std::string(1, control)));
-    EXPECT_FALSE(contains(run.output, "\u009b")) << "C1 control";
-    EXPECT_TRUE(contains(run.output, "\\x1b]0;pwned\\x07\\x1b[31m red \\x9b1m \\u202e\n")) << run.output;
-    EXPECT_TRUE(contains(run.output, "gr\u00fc\u00dfe\\x1b[2J\n")) << "valid UTF-8 as itself";
-    EXPECT_TRUE(contains(run.output, "x\\x1b[1m  ")) << run.output;
-    EXPECT_TRUE(contains(run.output, "in a table\\x07")) << run.output;
-}
+    std::string const shown = testvalues::expectRun("show " + attack.string(), 0, {
+        "\\x1b]0;pwned\\x07\\x1b[31m red \\x9b1m \\u202e\n", "gr\u00fc\u00dfe\\x1b[2J\n" /* valid UTF-8 as itself */,
+        "x\\x1b[1m  ", "in a table\\x07"}).output;
+    for (std::string const control : {"\x1b", "\x07", "\u009b"}) EXPECT_FALSE(contains(shown, control)) << shown;
 
-TEST(RefpageShow, WideCharactersLineUpInTheTables) {
-    testvalues::ScratchFolder const folder;
-    auto const page = folder.write("wide.json", R"({"InputGroups": [{"Title": "Eingaben \u00fc", "Inputs": [
+    auto const wide = folder.write("wide.json", R"({"InputGroups": [{"Title": "Eingaben \u00fc", "Inputs": [
   {"Name": "\u5165\u529b", "Purpose": "wide"},
   {"Name": "n\u0303", "Purpose": "combining"},
   {"Name": "\ud83d\ude00 smile", "Purpose": "emoji"},
   {"Name": "ok", "Purpose": "ascii"}]}]})");
-    testvalues::ToolRun const run = testvalues::refpage("show " + page.string());
-    ASSERT_EQ(run.status, 0) << run.output;
-    std::vector<std::string> const shown = lines(run.output);
-    auto find = [&](std::string const& part) {
-        for (auto const& line : shown)
-            if (contains(line, part)) return line;
-        return std::string();
+    std::vector<std::string> const table = lines(
+        testvalues::expectRun("show " + wide.string(), 0, {"Eingaben \u00fc\n----------\n" /* as wide as the title */})
+            .output);
+    auto const column = [&](std::string const& part) {
+        for (auto const& line : table)
+            if (contains(line, part)) return columnOf(line, part);
+        return std::string::npos;
     };
-    std::size_t const column = columnOf(find("wide"), "wide");
-    EXPECT_EQ(columnOf(find("combining"), "combining"), column) << run.output;
-    EXPECT_EQ(columnOf(find("ascii"), "ascii"), column) << run.output;
-    EXPECT_EQ(columnOf(find("emoji"), "emoji"), column) << run.output;
-    EXPECT_TRUE(contains(run.output, "Eingaben \u00fc\n----------\n")) << "underline as wide as the title";
+    ASSERT_NE(column("wide"), std::string::npos);
+    for (char const* purpose : {"combining", "ascii", "emoji"}) EXPECT_EQ(column(purpose), column("wide")) << purpose;
 }
 
 }  // namespace

@@ -1,45 +1,73 @@
-// A doc set as a whole: where links lead, what the cross-page check finds, and
-// loading on several threads giving what one thread gives.
+// A doc set as a whole: where links lead, what the cross-page check finds,
+// loading on several threads giving what one thread gives; the lookup index (its
+// database as SQLite sees it, the ranking through the file and in memory, the
+// query never taken as query syntax); and check, index and find as a user runs them.
 #include <fmt/format.h>
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
-#include <sys/wait.h>
+#include <unistd.h>
 
-#include <array>
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
+#include <random>
 #include <refpage/DocSet.hpp>
+#include <refpage/Json.hpp>
+#include <refpage/LookupIndex.hpp>
 #include <refpage/ParallelLoad.hpp>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include "support/HostTest.hpp"
+#include "support/TestPages.hpp"
 #include "support/ToolRun.hpp"
 
 namespace {
 
+namespace fs = std::filesystem;
 using refpage::DocSetIssue;
 using refpage::LinkTarget;
 using refpage::PageInput;
+using testvalues::contains;
+using testvalues::expectRun;
+using testvalues::ToolRun;
+using Lines = std::vector<std::string>;
 
-/// A page "<name>.json" at Href "ref/<name>.html" with the given extra keys (JSON members), and
-/// unless they give RefEntities, one function "pkg.<name>".
+/// A page "<name>.json" at Href "ref/<name>.html" with the given extra members and, unless they
+/// give RefEntities, one function "pkg.<name>".
 PageInput page(std::string const& name, std::string const& extra = {}) {
     std::string const entities =
-        extra.find("RefEntities") == std::string::npos
-            ? fmt::format(R"(, "RefEntities": [{{"Name": "pkg.{}", "RefEntityType": "function"}}])", name)
-            : "";
-    return {name + ".json", fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities,
-                                        extra.empty() ? "" : ", " + extra)};
+        contains(extra, "RefEntities")
+            ? ""
+            : fmt::format(R"(, "RefEntities": [{{"Name": "pkg.{}", "RefEntityType": "function"}}])", name);
+    return {name + ".json",
+            fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities, extra.empty() ? "" : ", " + extra)};
+}
+
+/// RefEntities of one entity of each "name:type" given, then a Purpose.
+std::string documenting(std::vector<std::string> const& entities, std::string const& purpose) {
+    std::string list;
+    for (std::string const& entity : entities)
+        list += fmt::format(R"({}{{"Name": "{}", "RefEntityType": "{}"}})", list.empty() ? "" : ", ",
+                            entity.substr(0, entity.find(':')), entity.substr(entity.find(':') + 1));
+    return fmt::format(R"("RefEntities": [{}], "Purpose": "{}")", list, purpose);
+}
+
+Lines lines(std::string const& text) {
+    Lines result;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+        result.push_back(text.substr(start, end - start));
+    return result;
 }
 
 class DocSetTest : public HostTest {
 protected:
-    refpage::DocSet load(std::vector<PageInput> inputs) {
+    refpage::DocSet load(std::vector<PageInput> inputs, unsigned jobs = 1) {
         inputs_ = std::move(inputs);
-        results_ = refpage::loadPages(inputs_, 1, {});
+        results_ = refpage::loadPages(inputs_, jobs, {});
         for (auto const& result : results_) EXPECT_TRUE(result.ok()) << result.errors.front().describe();
         return refpage::DocSet(refpage::docSetPages(inputs_, results_));
     }
@@ -47,12 +75,11 @@ protected:
         results_.clear();
         HostTest::TearDown();
     }
-
     /// "file: warning: message [pointer]" of every finding.
-    static std::vector<std::string> described(refpage::DocSetReport const& report) {
-        std::vector<std::string> lines;
-        for (auto const& finding : report.findings) lines.push_back(finding.where.describe("warning"));
-        return lines;
+    static Lines described(refpage::DocSetReport const& report) {
+        Lines result;
+        for (auto const& finding : report.findings) result.push_back(finding.where.describe("warning"));
+        return result;
     }
 
 private:
@@ -86,49 +113,39 @@ TEST_F(DocSetTest, ALinkedSetWithExternalLinksAndFragmentsIsClean) {
 }
 
 TEST_F(DocSetTest, EveryKindOfLinkThatLeadsNowhereIsReportedAtItsPointer) {
-    auto const set = load({page("a", R"(
+    auto const report = load({page("a", R"(
         "InputGroups": [{"Inputs": [{"Name": "x", "Href": "ref/gone.html#x"}]}],
         "Outputs": [{"Name": "y", "Href": "ref/gone.html"}],
         "ClassPropertyGroups": [{"Properties": [{"Name": "p", "Href": "ref/gone.html"}]}],
         "SeeAlso": [{"Name": "gone", "Url": "ref/gone.html"}],
         "Examples": [{"Url": "ref/gone.html#example-1"}],
-        "Parameters": [{"Name": "q", "Href": "ref/gone\u001b.html"}])")});
-    auto const report = set.check();
-    EXPECT_EQ(described(report), (std::vector<std::string>{
-                                     R"(a.json: warning: link "ref/gone.html#x" leads to no page of the set [/InputGroups/0/Inputs/0/Href])",
-                                     R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/Outputs/0/Href])",
-                                     R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/ClassPropertyGroups/0/Properties/0/Href])",
-                                     R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/SeeAlso/0/Url])",
-                                     R"(a.json: warning: link "ref/gone.html#example-1" leads to no page of the set [/Examples/0/Url])",
-                                     R"(a.json: warning: link "ref/gone\x1b.html" leads to no page of the set [/Parameters/0/Href])",
-                                 }));
+        "Parameters": [{"Name": "q", "Href": "ref/gone\u001b.html"}])")}).check();
+    std::string const nowhere = "leads to no page of the set";
+    EXPECT_EQ(described(report), (Lines{
+        R"(a.json: warning: link "ref/gone.html#x" )" + nowhere + " [/InputGroups/0/Inputs/0/Href]",
+        R"(a.json: warning: link "ref/gone.html" )" + nowhere + " [/Outputs/0/Href]",
+        R"(a.json: warning: link "ref/gone.html" )" + nowhere + " [/ClassPropertyGroups/0/Properties/0/Href]",
+        R"(a.json: warning: link "ref/gone.html" )" + nowhere + " [/SeeAlso/0/Url]",
+        R"(a.json: warning: link "ref/gone.html#example-1" )" + nowhere + " [/Examples/0/Url]",
+        R"(a.json: warning: link "ref/gone\x1b.html" )" + nowhere + " [/Parameters/0/Href]"}));
     EXPECT_EQ(report.count(DocSetIssue::UnresolvedLink), 6u);
 }
 
-TEST_F(DocSetTest, APageReusingAnHrefIsReportedAndLinksLeadToTheFirst) {
-    auto second = page("a");
-    second.source = "copy.json";
-    auto const set = load({page("a"), page("b", R"("SeeAlso": [{"Url": "ref/a.html"}])"), second});
-    EXPECT_EQ(set.resolve("ref/a.html").page, 0u);
-    EXPECT_EQ(described(set.check()),
-              (std::vector<std::string>{
-                  R"(copy.json: warning: Href "ref/a.html" is also the Href of "a.json" [/Href])",
-                  R"(copy.json: warning: entity name "pkg.a" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])",
-              }));
-}
+TEST_F(DocSetTest, ReusedHrefsAndNamesAreReportedButAClassAndItsConstructorAreNot) {
+    auto copy = page("a");
+    copy.source = "copy.json";
+    auto const reused = load({page("a"), page("b", R"("SeeAlso": [{"Url": "ref/a.html"}])"), copy});
+    EXPECT_EQ(reused.resolve("ref/a.html").page, 0u) << "links lead to the first page of an Href";
+    EXPECT_EQ(described(reused.check()), (Lines{
+        R"(copy.json: warning: Href "ref/a.html" is also the Href of "a.json" [/Href])",
+        R"(copy.json: warning: entity name "pkg.a" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])"}));
 
-TEST_F(DocSetTest, ANameOnTwoPagesOrTwiceWithOneTypeIsADuplicateButAClassAndItsConstructorAreNot) {
-    auto const set = load({
-        page("a", R"("RefEntities": [{"Name": "pkg.A", "RefEntityType": "class"}, {"Name": "pkg.A", "RefEntityType": "constructor"}])"),
-        page("b", R"("RefEntities": [{"Name": "pkg.f", "RefEntityType": "function"}, {"Name": "pkg.f", "RefEntityType": "function"}])"),
-        page("c", R"("RefEntities": [{"Name": "pkg.A", "RefEntityType": "function"}])"),
-    });
-    auto const report = set.check();
-    EXPECT_EQ(described(report),
-              (std::vector<std::string>{
-                  R"(b.json: warning: entity name "pkg.f" is also documented by /RefEntities/0 of this page [/RefEntities/1/Name])",
-                  R"(c.json: warning: entity name "pkg.A" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])",
-              }));
+    auto const report = load({page("a", documenting({"pkg.A:class", "pkg.A:constructor"}, "")),
+                              page("b", documenting({"pkg.f:function", "pkg.f:function"}, "")),
+                              page("c", documenting({"pkg.A:function"}, ""))}).check();
+    EXPECT_EQ(described(report), (Lines{
+        R"(b.json: warning: entity name "pkg.f" is also documented by /RefEntities/0 of this page [/RefEntities/1/Name])",
+        R"(c.json: warning: entity name "pkg.A" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])"}));
     EXPECT_EQ(report.count(DocSetIssue::DuplicateName), 2u);
     EXPECT_EQ(refpage::issueLabel(DocSetIssue::DuplicateName, 2), "duplicate names");
 }
@@ -138,7 +155,7 @@ TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
     for (int i = 0; i < 60; ++i)
         inputs.push_back(i % 7 == 3 ? PageInput{fmt::format("bad{}.json", i), "{\"Href\": 1}"}
                                     : page(fmt::format("p{}", i), R"("SeeAlso": [{"Url": "ref/p1.html"}])"));
-    inputs.push_back({"missing-file-for-the-loader.json", std::nullopt, refpage::PageEntry{"missing-file-for-the-loader.json", {}}});
+    inputs.push_back({"missing.json", std::nullopt, refpage::PageEntry{"missing.json", {}}});
     auto const one = refpage::loadPages(inputs, 1, {});
     auto const four = refpage::loadPages(inputs, 4, {});
     ASSERT_EQ(four.size(), inputs.size());
@@ -151,26 +168,135 @@ TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
             EXPECT_EQ(four[i].errors.front().source, inputs[i].source);
         }
     }
-}
-
-TEST(ParallelLoad, ForEachIndexVisitsEveryIndexOnceAndRethrowsTheFirstFailure) {
     std::vector<int> visits(1000, 0);
     refpage::forEachIndex(visits.size(), 4, [&](std::size_t i) { ++visits[i]; });
     EXPECT_EQ(std::count(visits.begin(), visits.end(), 1), 1000);
-    EXPECT_THROW(refpage::forEachIndex(10, 3, [](std::size_t i) {
-                     if (i == 5) throw std::runtime_error("five");
-                 }),
+    EXPECT_THROW(refpage::forEachIndex(10, 3, [](std::size_t i) { if (i == 5) throw std::runtime_error("five"); }),
                  std::runtime_error);
 }
 
-}  // namespace
+/// Rows of an SQL query over a database file, each row its columns joined by '|'.
+Lines rows(fs::path const& file, char const* sql) {
+    sqlite3* db = nullptr;
+    sqlite3_open_v2(file.c_str(), &db, SQLITE_OPEN_READONLY, nullptr);
+    Lines result;
+    sqlite3_exec(
+        db, sql,
+        [](void* out, int count, char** values, char**) {
+            std::string row;
+            for (int i = 0; i < count; ++i) row += (i ? "|" : "") + std::string(values[i] ? values[i] : "NULL");
+            static_cast<Lines*>(out)->push_back(row);
+            return 0;
+        },
+        &result, nullptr);
+    sqlite3_close(db);
+    return result;
+}
 
-// ---- check over several pages, as a user runs it ----
+class LookupIndexTest : public DocSetTest {
+protected:
+    void SetUp() override {
+        DocSetTest::SetUp();
+        entries_ = refpage::lookupEntries(load({
+            page("argsort", documenting({"numpy.argsort:function"}, "Returns the indices that would sort an array.")),
+            page("sort", documenting({"numpy.sort:function"}, "Return a sorted copy of an array.")),
+            page("ndsort", documenting({"numpy.ndarray.sort:method"}, "Sort an array in place.")),
+            page("sorter", documenting({"sorted_things:class", "sorted_things:constructor"}, "Things kept in order.")),
+            page("oldsort", documenting({"numpy.msort:function"}, "Sort an array along its first axis.") +
+                                R"(, "DeprecationStatus": "warn")"),
+            page("copy", documenting({"numpy.copy:function"}, "Return an array copy of the given object.")),
+            page("none", documenting({}, "A page without entities.")),
+        }, 2));
+        refpage::writeLookupIndex(file_, entries_);
+    }
+    void TearDown() override {
+        entries_.clear();
+        fs::remove(file_);
+        DocSetTest::TearDown();
+    }
 
-namespace {
+    /// "name:tier" of the hits for `query`, through the file and (checked to agree) in memory.
+    Lines names(std::string const& query, std::size_t limit = 0) {
+        Lines fromFile, inMemory;
+        for (auto const& hit : refpage::LookupIndex::open(file_).find(query, limit))
+            fromFile.push_back(fmt::format("{}:{}", hit.name, hit.tier));
+        for (auto const& hit : refpage::LookupIndex::inMemory(entries_).find(query, limit))
+            inMemory.push_back(fmt::format("{}:{}", hit.name, hit.tier));
+        EXPECT_EQ(fromFile, inMemory) << "the file and the in-memory index rank differently";
+        return fromFile;
+    }
 
-namespace fs = std::filesystem;
-using testvalues::ToolRun;
+    std::vector<refpage::LookupEntry> entries_;
+    fs::path const file_ = fs::path(::testing::TempDir()) / fmt::format("lookup-{}.sqlite", ::getpid());
+};
+
+TEST_F(LookupIndexTest, TheFileHoldsOneRowPerEntityTheFullTextTableAndTheDocsetTable) {
+    EXPECT_EQ(rows(file_, "PRAGMA user_version"), Lines{"1"});
+    EXPECT_EQ(rows(file_, "SELECT name FROM sqlite_master WHERE type = 'table' AND name IN "
+                          "('lookup', 'lookup_text', 'searchIndex') ORDER BY name"),
+              (Lines{"lookup", "lookup_text", "searchIndex"}));
+    EXPECT_EQ(rows(file_, "SELECT sql FROM sqlite_master WHERE name = 'anchor'"),
+              Lines{"CREATE UNIQUE INDEX anchor ON searchIndex (name, type, path)"});
+    EXPECT_EQ(rows(file_, "SELECT group_concat(name || ' ' || type, ', ') FROM pragma_table_info('searchIndex')"),
+              Lines{"id INTEGER, name TEXT, type TEXT, path TEXT"});
+    EXPECT_EQ(rows(file_, "SELECT id, name, last, entity_type, function_type, deprecated, href, page_file FROM lookup "
+                          "WHERE id IN (3, 4, 5, 6)"),
+              (Lines{"3|numpy.ndarray.sort|sort|2|6|0|ref/ndsort.html|ndsort.json",
+                     "4|sorted_things|sorted_things|1|6|0|ref/sorter.html|sorter.json",
+                     "5|sorted_things|sorted_things|3|6|0|ref/sorter.html|sorter.json",
+                     "6|numpy.msort|msort|0|6|1|ref/oldsort.html|oldsort.json"}));
+    EXPECT_EQ(rows(file_, "SELECT count(*) FROM lookup"), Lines{"7"}) << "one row per entity";
+    EXPECT_EQ(rows(file_, "SELECT name, type, path FROM searchIndex WHERE path = 'ref/sorter.html' ORDER BY id"),
+              (Lines{"sorted_things|Class|ref/sorter.html", "sorted_things|Constructor|ref/sorter.html"}));
+    EXPECT_EQ(rows(file_, "SELECT rowid FROM lookup_text WHERE lookup_text MATCH 'indices'"), Lines{"1"});
+}
+
+TEST_F(LookupIndexTest, ExactNameThenLastComponentThenPrefixThenFullTextWithDeprecatedLast) {
+    EXPECT_EQ(names("sort"), (Lines{"numpy.sort:lastComponent", "numpy.ndarray.sort:lastComponent",
+                                    "sorted_things:namePrefix", "sorted_things:namePrefix", "numpy.msort:fullText",
+                                    "numpy.argsort:fullText"}));
+    EXPECT_EQ(names("numpy.sort")[0], "numpy.sort:exactName");
+    EXPECT_EQ(names("numpy.").size(), 5u);
+    EXPECT_EQ(names("array")[0], "numpy.ndarray.sort:fullText") << "the shortest purpose ranks first under BM25";
+    EXPECT_EQ(names("sorted_things"), (Lines{"sorted_things:exactName", "sorted_things:exactName"}));
+    EXPECT_EQ(names("sort", 2), (Lines{"numpy.sort:lastComponent", "numpy.ndarray.sort:lastComponent"}));
+    EXPECT_TRUE(names("zebra").empty());
+    EXPECT_TRUE(names("").empty());
+}
+
+TEST_F(LookupIndexTest, QuerySyntaxInTheQueryIsTextNeverAnError) {
+    for (char const* query : {"\"", "sort*", "NEAR(sort array)", "sort OR copy", "a:b", "-sort",
+                              "'; DROP TABLE lookup;--", "\xff\xfe", "(", "^sort", "{name}: sort"})
+        EXPECT_NO_THROW(names(query)) << query;
+    EXPECT_EQ(names("copy OR sort"), Lines{}) << "OR is a word here, and no purpose has it";
+    EXPECT_EQ(names("SORT Array"), (Lines{"numpy.ndarray.sort:fullText", "numpy.sort:fullText", "numpy.msort:fullText",
+                                          "numpy.argsort:fullText"}))
+        << "case folded; numpy.sort and the deprecated numpy.msort score alike";
+}
+
+TEST_F(LookupIndexTest, RewritingReplacesTheFileAndAFailedWriteLeavesNothing) {
+    refpage::writeLookupIndex(file_, std::span(entries_).first(2));
+    EXPECT_EQ(refpage::LookupIndex::open(file_).size(), 2u);
+    fs::path const nowhere = fs::path(::testing::TempDir()) / "no-such-folder" / "index.sqlite";
+    EXPECT_THROW(refpage::writeLookupIndex(nowhere, entries_), refpage::LookupIndexError);
+    for (auto const& item : fs::directory_iterator(file_.parent_path()))
+        EXPECT_FALSE(contains(item.path().string(), file_.string() + ".tmp-")) << item.path();
+    EXPECT_THROW(refpage::LookupIndex::open(nowhere), refpage::LookupIndexError);
+    fs::path const notAnIndex = file_.string() + ".txt";
+    std::ofstream(notAnIndex) << "not a database";
+    EXPECT_THROW(refpage::LookupIndex::open(notAnIndex), refpage::LookupIndexError);
+    fs::remove(notAnIndex);
+}
+
+TEST(DashEntryType, EveryEntityTypeHasADocsetTypeAndUnknownNumbersAreEntries) {
+    using T = reference::property::RefEntityType;
+    EXPECT_EQ(refpage::dashEntryType(T::Function), "Function");
+    EXPECT_EQ(refpage::dashEntryType(T::Properties), "Property");
+    EXPECT_EQ(refpage::dashEntryType(T::Unknown), "Entry");
+    EXPECT_EQ(refpage::dashEntryType(static_cast<T::Value>(4000)), "Entry");
+    for (std::uint32_t v = 0; v < T::Unknown; ++v)
+        EXPECT_NE(refpage::dashEntryType(static_cast<T::Value>(v)), "Entry") << v;
+}
 
 /// The output without the run time "(0.01 s)".
 std::string untimed(std::string const& output) {
@@ -179,48 +305,33 @@ std::string untimed(std::string const& output) {
 
 class CheckSetTest : public ::testing::Test {
 protected:
-    void SetUp() override {
-        folder_ = fs::path(::testing::TempDir()) / fmt::format("check-set-{}", ::getpid());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
+    void write(std::string const& name, PageInput const& input) const { folder_.write(name, *input.text); }
+    std::string folder() const { return folder_.path().string(); }
 
-    void write(std::string const& name, PageInput const& input) const { std::ofstream(folder_ / name) << *input.text; }
-    std::string folder() const { return folder_.string(); }
-
-    fs::path folder_;
+    testvalues::ScratchFolder folder_;
 };
 
 TEST_F(CheckSetTest, EachKindOfFindingIsAWarningWithFileAndPointerAndCountedInTheSummary) {
     write("a.json", page("a", R"("SeeAlso": [{"Url": "ref/b.html"}, {"Url": "ref/gone.html"}])"));
     write("b.json", page("b"));
     write("c.json", page("a"));
-    ToolRun const run = testvalues::refpage("check -j 2 " + folder());
-    EXPECT_EQ(run.status, 0) << run.output;
-    std::string const prefix = folder() + "/";
-    EXPECT_NE(run.output.find(prefix + R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/SeeAlso/1/Url])"),
-              std::string::npos) << run.output;
-    EXPECT_NE(run.output.find(prefix + R"(c.json: warning: Href "ref/a.html" is also the Href of ")"), std::string::npos);
-    EXPECT_NE(run.output.find(prefix + R"(c.json: warning: entity name "pkg.a" is also documented by ")"), std::string::npos);
-    EXPECT_NE(run.output.find("3 pages, 0 failed, 1 unresolved link, 1 shared Href, 1 duplicate name ("),
-              std::string::npos) << run.output;
-
-    ToolRun const strict = testvalues::refpage("check --strict " + folder());
-    EXPECT_EQ(strict.status, 1) << strict.output;
-    EXPECT_NE(strict.output.find(folder() + "/a.json: error: link \"ref/gone.html\" leads to no page of the set [/SeeAlso/1/Url]"),
-              std::string::npos) << strict.output;
+    std::string const at = folder() + "/";
+    expectRun("check -j 2 " + folder(), 0,
+              {at + R"(a.json: warning: link "ref/gone.html" leads to no page of the set [/SeeAlso/1/Url])",
+               at + R"(c.json: warning: Href "ref/a.html" is also the Href of ")",
+               at + R"(c.json: warning: entity name "pkg.a" is also documented by ")",
+               "3 pages, 0 failed, 1 unresolved link, 1 shared Href, 1 duplicate name ("});
+    expectRun("check --strict " + folder(), 1,
+              {at + R"(a.json: error: link "ref/gone.html" leads to no page of the set [/SeeAlso/1/Url])"});
 }
 
 TEST_F(CheckSetTest, ACleanSetPassesStrictAndOnePageIsNotASet) {
     write("a.json", page("a", R"("SeeAlso": [{"Url": "ref/b.html#x"}, {"Url": "https://example.org/"}])"));
     write("b.json", page("b", R"("SeeAlso": [{"Url": "ref/gone.html"}])"));
-    EXPECT_EQ(untimed(testvalues::refpage("check --strict " + folder() + "/a.json").output), "1 pages, 0 failed\n");
-    fs::remove(folder_ / "b.json");
+    EXPECT_EQ(untimed(expectRun("check --strict " + folder() + "/a.json", 0).output), "1 pages, 0 failed\n");
     write("b.json", page("b"));
-    ToolRun const run = testvalues::refpage("check --strict " + folder());
-    EXPECT_EQ(run.status, 0) << run.output;
-    EXPECT_EQ(untimed(run.output), "2 pages, 0 failed, 0 unresolved links, 0 shared Hrefs, 0 duplicate names\n");
+    EXPECT_EQ(untimed(expectRun("check --strict " + folder(), 0).output),
+              "2 pages, 0 failed, 0 unresolved links, 0 shared Hrefs, 0 duplicate names\n");
 }
 
 TEST_F(CheckSetTest, FourThreadsPrintWhatOneThreadPrints) {
@@ -228,23 +339,98 @@ TEST_F(CheckSetTest, FourThreadsPrintWhatOneThreadPrints) {
         write(fmt::format("p{:02}.json", i),
               i % 9 == 4 ? PageInput{"", "{\"Href\": [1]}"}
                          : page(fmt::format("p{}", i % 30), fmt::format(R"("SeeAlso": [{{"Url": "ref/p{}.html"}}])", i + 3)));
-    ToolRun const one = testvalues::refpage("check -j 1 " + folder());
-    ToolRun const four = testvalues::refpage("check -j 4 " + folder());
-    EXPECT_EQ(one.status, 1);
-    EXPECT_EQ(four.status, 1);
-    EXPECT_EQ(untimed(four.output), untimed(one.output));
-    EXPECT_NE(one.output.find("40 pages, 4 failed, "), std::string::npos) << one.output;
+    ToolRun const one = expectRun("check -j 1 " + folder(), 1, {"40 pages, 4 failed, "});
+    EXPECT_EQ(untimed(expectRun("check -j 4 " + folder(), 1).output), untimed(one.output));
 }
 
 TEST(CheckCorpus, TheSampleSetHasBrokenSeeAlsoLinksAndNoDuplicateNames) {
-    if (!fs::is_directory(REFPROP_CORPUS_DIR)) GTEST_SKIP() << "the sample corpus is absent: " << REFPROP_CORPUS_DIR;
-    ToolRun const run = testvalues::refpage(std::string("check ") + REFPROP_CORPUS_DIR);
-    EXPECT_EQ(run.status, 0);
+    std::optional<fs::path> const corpus = testvalues::corpusFolder();
+    if (!corpus) GTEST_SKIP() << testvalues::noCorpus;
     // Its 81 names given twice are each a class and its constructor on one page: not duplicates.
-    EXPECT_NE(run.output.find("961 pages, 0 failed, 264 unresolved links, 0 shared Hrefs, 0 duplicate names ("),
-              std::string::npos) << run.output.substr(run.output.size() - 300);
-    EXPECT_NE(run.output.find("numpy.sort.json: warning: link \"reference/generated/numpy.ndarray.sort.html\" leads to no page of the set [/SeeAlso/0/Url]"),
-              std::string::npos);
+    expectRun("check " + corpus->string(), 0,
+              {"961 pages, 0 failed, 264 unresolved links, 0 shared Hrefs, 0 duplicate names (",
+               "numpy.sort.json: warning: link \"reference/generated/numpy.ndarray.sort.html\" leads to no page of the "
+               "set [/SeeAlso/0/Url]"});
+}
+
+std::string shellQuoted(std::string const& text) {
+    std::string quoted = "'";
+    for (char const c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
+/// A doc set of 80 pages indexed by the tool: names and purposes drawn from a small vocabulary
+/// (some non-ASCII), every fifth page deprecated, every seventh a class with its constructor.
+class GeneratedSetTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        Lines const vocabulary{"sort", "array", "copy", "Größe", "axis", "index", "mask",
+                               "sorted", "values", "ÄRGER", "fill", "order", "mean", "table"};
+        Lines const modules{"pkg", "pkg.ma", "pkg.linalg", "pkg.ndarray"};
+        std::mt19937 random(13);
+        auto const pick = [&](Lines const& from) { return from[random() % from.size()]; };
+        for (int i = 0; i < 80; ++i) {
+            std::string const name = fmt::format("{}.{}{}", pick(modules), pick({"sort", "copy", "mean", "arg", "fill"}),
+                                                 i % 3 == 0 ? "" : pick({"", "_values", "sort", "x"}));
+            std::string purpose;
+            for (std::size_t w = 0, count = 2 + random() % 9; w < count; ++w) purpose += pick(vocabulary) + " ";
+            folder_.write(fmt::format("pages/p{:02}.json", i),
+                          *page(fmt::format("p{}", i), documenting(i % 7 == 0 ? Lines{name + ":class", name + ":constructor"}
+                                                                              : Lines{name + ":function"}, purpose) +
+                                                           (i % 5 == 0 ? R"(, "DeprecationStatus": "warn")" : ""))
+                               .text);
+        }
+        expectRun(fmt::format("index {} -o {} -j 2", pages(), index()), 0);
+    }
+    std::string pages() const { return (folder_ / "pages").string(); }
+    std::string index() const { return (folder_ / "index.sqlite").string(); }
+
+    /// "name|rank" of each hit of `find --json`, from the index file or from the pages.
+    Lines found(std::string const& query, bool fromIndex, std::string const& options = "") {
+        ToolRun const result = testvalues::refpage(fmt::format("find --json {} {} -- {} {}", options,
+                                                               fromIndex ? "--index " + index() : "",
+                                                               shellQuoted(query), fromIndex ? "" : pages()),
+                                                   "");
+        EXPECT_EQ(result.status, result.output.empty() ? 1 : 0) << query;
+        Lines hits;
+        for (auto const& line : lines(result.output)) {
+            refpage::Json const hit = refpage::Json::parse(line);
+            hits.push_back(hit["name"].get<std::string>() + "|" + hit["rank"].get<std::string>());
+        }
+        return hits;
+    }
+
+    testvalues::ScratchFolder folder_;
+};
+
+Lines const queries{"sort", "pkg.sort", "pkg.ma.", "array", "sort array", "größe", "GRÖSSE",
+                    "ärger values", "mean_values", "axis order fill", "arg", "nothing-here", "\""};
+
+TEST_F(GeneratedSetTest, FindRanksTheSameFromTheIndexFileAndFromThePagesAndExitsAsDocumented) {
+    for (auto const& query : queries) EXPECT_EQ(found(query, true), found(query, false)) << query;
+    EXPECT_EQ(found("sort", true, "--limit 3").size(), 3u);
+    expectRun("find zebra --index " + index(), 1);
+    expectRun("find sort --index " + index() + " " + pages(), 2);
+    expectRun("find sort --index " + pages() + "/missing.sqlite", 1);
+    expectRun("find sort --index " + index(), 0, {"Name  ", "pkg."}, "2>/dev/null");
+}
+
+TEST_F(GeneratedSetTest, TheSiteScriptRanksExactlyAsFind) {
+    if (testvalues::runShell("command -v node >/dev/null 2>&1").status != 0) GTEST_SKIP() << "node is not installed";
+    std::string const data = (folder_ / "search-data.js").string();
+    std::ofstream(data) << refpage::searchIndexScript(refpage::LookupIndex::open(index()));
+    fs::path const driver = folder_.write("driver.js", fmt::format(
+        "const data = require({});\nconst {{ rankEntries }} = require({});\n"
+        "for (const query of JSON.parse(process.argv[2]))\n"
+        "  console.log(JSON.stringify(rankEntries(data, query, 0).map((hit) => hit.entry.name + '|' + hit.tier)));\n",
+        refpage::Json(data).dump(), refpage::Json(REFPROP_SOURCE_DIR "/tools/refpage/site/search-rank.js").dump()));
+    ToolRun const script = testvalues::runShell(
+        fmt::format("node {} {}", driver.string(), shellQuoted(refpage::Json(queries).dump())));
+    ASSERT_EQ(script.status, 0) << script.output;
+    Lines const results = lines(script.output);
+    ASSERT_EQ(results.size(), queries.size());
+    for (std::size_t i = 0; i < queries.size(); ++i)
+        EXPECT_EQ(refpage::Json::parse(results[i]).get<Lines>(), found(queries[i], true)) << queries[i];
 }
 
 }  // namespace

@@ -13,7 +13,6 @@
 #include <refpage/SitePaths.hpp>
 #include <sstream>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "support/HostTest.hpp"
@@ -23,9 +22,7 @@ namespace {
 
 using namespace refpage;
 
-bool contains(std::string const& text, std::string const& part) {
-    return text.find(part) != std::string::npos;
-}
+using testvalues::contains;
 
 TEST(SitePaths, UnsafeHrefsAreRefused) {
     for (char const* href : {"", "/etc/x.html", "../x.html", "a/../x.html", "a//x.html", "./x.html", "a\\x.html",
@@ -109,17 +106,10 @@ protected:
     SiteLinkResolver resolver() const {
         return [this](std::string_view link) { return resolve(link); };
     }
-    std::filesystem::path folder(std::string const& name) {
-        auto const path = std::filesystem::temp_directory_path() /
-                          ("site_test_" + std::to_string(::getpid()) + "_" + name);
-        std::filesystem::remove_all(path);
-        made_.push_back(path);
-        return path;
-    }
+    std::filesystem::path folder(std::string const& name) const { return scratch_ / name; }
     static std::string read(std::filesystem::path const& file) {
-        std::ifstream in(file, std::ios::binary);
         std::ostringstream text;
-        text << in.rdbuf();
+        text << std::ifstream(file, std::ios::binary).rdbuf();
         return text.str();
     }
     /// Every file under `root` by relative path, with its bytes.
@@ -132,7 +122,6 @@ protected:
     void TearDown() override {
         inputs.clear();
         results_.clear();
-        for (auto const& path : made_) std::filesystem::remove_all(path);
         HostTest::TearDown();
     }
 
@@ -140,7 +129,7 @@ protected:
 
 private:
     std::vector<LoadResult> results_;
-    std::vector<std::filesystem::path> made_;
+    testvalues::ScratchFolder scratch_;
 };
 
 std::string page(std::string const& name, std::string const& href, std::string const& rest = "") {
@@ -224,27 +213,21 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
 }
 
 TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
+    using testvalues::expectRun;
     testvalues::ScratchFolder const folder;
     folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
     folder.write("pages/b.json", page("p.b", "ref/a.html"));
     std::string const pages = (folder / "pages").string();
     std::string const out = " -o " + (folder / "site").string();
-
-    auto run = testvalues::refpage("site " + pages + out);
-    EXPECT_EQ(run.status, 0) << run.output;
-    EXPECT_TRUE(contains(run.output, "a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]")) << run.output;
-    EXPECT_TRUE(contains(run.output, "2 pages written to")) << run.output;
-    EXPECT_TRUE(contains(run.output, "1 unresolved links shown as text, 1 pages moved")) << run.output;
+    expectRun("site " + pages + out, 0, {"a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]",
+                                         "2 pages written to", "1 unresolved links shown as text, 1 pages moved"});
     EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));
-
-    EXPECT_EQ(testvalues::refpage("--strict site " + pages + out).status, 1);
-    EXPECT_EQ(testvalues::refpage("-q site " + pages + out).output, "");
-    run = testvalues::refpage("site " + pages + out + " --templates " + (folder / "none").string());
-    EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(contains(run.output, "no such templates folder")) << run.output;
+    expectRun("--strict site " + pages + out, 1);
+    EXPECT_EQ(expectRun("-q site " + pages + out, 0).output, "");
+    expectRun("site " + pages + out + " --templates " + (folder / "none").string(), 1, {"no such templates folder"});
     folder.write("pages/c.json", "{");
-    EXPECT_EQ(testvalues::refpage("-q site " + pages + out).status, 1);
-    EXPECT_EQ(testvalues::refpage("docset " + pages + " -o " + (folder / "D.docset").string()).status, 2);
+    expectRun("-q site " + pages + out, 1);
+    expectRun("docset " + pages + " -o " + (folder / "D.docset").string(), 2);
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
+from urllib.parse import unquote
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 import pages  # noqa: E402
@@ -56,10 +57,13 @@ def url(path):
     return pathlib.Path(path).resolve().as_uri()
 
 
+def dom(script, *args):
+    return BROWSER.execute_script(script, *args)
+
+
 def open_page(path):
     BROWSER.get(url(path))
     BROWSER.get_log("browser")  # earlier messages
-    return BROWSER
 
 
 def console_errors():
@@ -68,56 +72,73 @@ def console_errors():
             if entry["level"] == "SEVERE" and not entry["message"].split(" ")[0].endswith(".png")]
 
 
+def file_of(href):
+    return unquote(href[len("file://"):].partition("#")[0])
+
+
+def check_links_lead_to_files(test):
+    """Every file: link of the open page names a file that exists; no console error."""
+    for href in dom("return [...document.querySelectorAll('a')].map(a => a.href)"):
+        if href.startswith("file:"):
+            test.assertTrue(os.path.isfile(file_of(href)), href)
+    test.assertEqual(console_errors(), [])
+
+
+def search(query):
+    """Types `query` into the open page's search box; returns the box and the names of the hits."""
+    box = BROWSER.find_element("id", "search-box")
+    box.clear()
+    box.send_keys(query)
+    return box, dom("return [...document.querySelectorAll('#search-results .hit-name')].map(e => e.textContent)")
+
+
+def shown_name():
+    return dom("return document.querySelector('h1').firstChild.textContent")
+
+
 class LinkedSite(unittest.TestCase):
     """The linked set, built into a folder and then moved: links must not depend on where it is."""
 
     @classmethod
     def setUpClass(cls):
-        source = pages.write_set(os.path.join(WORK, "linked-pages"), pages.linked_set())
-        cls.source = source
+        cls.source = pages.write_set(os.path.join(WORK, "linked-pages"), pages.linked_set())
         built = os.path.join(WORK, "linked-built")
-        cls.report = refpage("site", source, "-o", built, "-j", "2").stderr
+        cls.report = refpage("site", cls.source, "-o", built, "-j", "2").stderr
         cls.site = os.path.join(WORK, "moved", "elsewhere", "site")
         shutil.copytree(built, cls.site)
         cls.generated = os.path.join(cls.site, "reference", "generated")
 
-    def dom(self, script, *args):
-        return BROWSER.execute_script(script, *args)
-
     def test_page_shows_every_section_with_accessible_structure(self):
         open_page(os.path.join(self.generated, "demo.sort.html"))
-        self.assertEqual(self.dom("return document.documentElement.lang"), "en")
+        self.assertEqual(dom("return document.documentElement.lang"), "en")
         self.assertEqual(BROWSER.title, "demo.sort — Reference")
-        self.assertEqual(self.dom("return document.querySelector('h1').textContent"), "demo.sort (Function)")
-        levels = self.dom("return [...document.querySelectorAll('main h1, main h2, main h3')]"
-                          ".map(h => +h.tagName[1])")
+        self.assertEqual(dom("return document.querySelector('h1').textContent"), "demo.sort (Function)")
+        levels = dom("return [...document.querySelectorAll('main h1, main h2, main h3')].map(h => +h.tagName[1])")
         self.assertEqual(levels[0], 1)
         self.assertTrue(all(b - a <= 1 for a, b in zip(levels, levels[1:])), levels)
-        headings = self.dom("return [...document.querySelectorAll('h2')].map(h => h.textContent)")
-        self.assertEqual(headings, ["Description", "Syntax (Usage)", "Input Arguments", "Outputs",
-                                    "Sort properties", "Parameters", "Examples", "See also"])
-        text = self.dom("return document.querySelector('main').innerText")
+        self.assertEqual(dom("return [...document.querySelectorAll('h2')].map(h => h.textContent)"),
+                         ["Description", "Syntax (Usage)", "Input Arguments", "Outputs", "Sort properties",
+                          "Parameters", "Examples", "See also"])
+        text = dom("return document.querySelector('main').innerText")
         for shown in ("Return a sorted copy.", "Introduced in", "1.2.0", "demo", "sort(a, axis=-1)",
                       "Name-value arguments", "quick | merge", "Keeps order of equal items.", "How close is equal.",
                       "sort([3, 1, 2])"):
             self.assertIn(shown, text)
-        self.assertEqual(self.dom("return document.querySelectorAll('.deprecated').length"), 0)
-        self.assertEqual(self.dom("return document.querySelector('.description pre').textContent"),
+        self.assertEqual(dom("return document.querySelectorAll('.deprecated').length"), 0)
+        self.assertEqual(dom("return document.querySelector('.description pre').textContent"),
                          "    indented = code(block)\n    kept  as  is")
-        self.assertEqual(self.dom("return document.querySelectorAll('.description p').length"), 2)
-        self.assertEqual(self.dom("return [...document.querySelectorAll('thead th')]"
-                                  ".every(th => th.scope === 'col')"), True)
-        self.assertEqual(self.dom("return [...document.querySelectorAll('tbody th')]"
-                                  ".every(th => th.scope === 'row')"), True)
-        self.assertEqual(self.dom("return document.querySelector('.thumbnail img').alt"), "A sorted bar chart")
-        self.assertEqual(self.dom("return typeof window.refpageSearchIndex"), "object",
+        self.assertEqual(dom("return document.querySelectorAll('.description p').length"), 2)
+        self.assertTrue(dom("return [...document.querySelectorAll('thead th')].every(th => th.scope === 'col') && "
+                            "[...document.querySelectorAll('tbody th')].every(th => th.scope === 'row')"))
+        self.assertEqual(dom("return document.querySelector('.thumbnail img').alt"), "A sorted bar chart")
+        self.assertEqual(dom("return typeof window.refpageSearchIndex"), "object",
                          "the search data must load under the page's Content-Security-Policy")
-        self.assertEqual(self.dom("return getComputedStyle(document.querySelector('h2')).borderBottomStyle"),
-                         "solid", "the stylesheet must load under the page's Content-Security-Policy")
+        self.assertEqual(dom("return getComputedStyle(document.querySelector('h2')).borderBottomStyle"), "solid",
+                         "the stylesheet must load under the page's Content-Security-Policy")
 
     def test_links_lead_to_their_pages_and_unresolved_ones_are_text(self):
         open_page(os.path.join(self.generated, "demo.sort.html"))
-        links = self.dom("return [...document.querySelectorAll('main a')].map(a => [a.textContent, a.href])")
+        links = dom("return [...document.querySelectorAll('main a')].map(a => [a.textContent, a.href])")
         targets = dict(links)
         generated = url(self.generated)
         self.assertEqual(targets["argsort"], generated + "/demo.argsort.html")
@@ -127,14 +148,12 @@ class LinkedSite(unittest.TestCase):
         self.assertEqual(targets["a"], generated + "/demo.sort.html#demo.sort-a")
         self.assertNotIn("missing page", targets)
         self.assertNotIn("script link", targets)
-        self.assertEqual(self.dom("return document.querySelector('span.unresolved').textContent"), "missing page")
-        for name, href in links:
-            if href.startswith("file:"):
-                path, _, fragment = href[len("file://"):].partition("#")
-                self.assertTrue(os.path.isfile(path), "%s leads to a missing file %s" % (name, path))
-                if fragment and path.endswith("demo.sort.html"):
-                    self.assertEqual(self.dom("return !!document.getElementById(arguments[0])", fragment), True,
-                                     "%s has no target in the page" % href)
+        self.assertEqual(dom("return document.querySelector('span.unresolved').textContent"), "missing page")
+        for _, href in links:
+            fragment = href.partition("#")[2]
+            if fragment and file_of(href).endswith("demo.sort.html"):
+                self.assertTrue(dom("return !!document.getElementById(arguments[0])", fragment), href)
+        check_links_lead_to_files(self)
         self.assertIn("1 unresolved links", self.report)
         BROWSER.find_element("link text", "argsort").click()
         self.assertEqual(BROWSER.current_url, generated + "/demo.argsort.html")
@@ -144,71 +163,47 @@ class LinkedSite(unittest.TestCase):
 
     def test_deprecated_page_says_so(self):
         open_page(os.path.join(self.generated, "demo.oldsort.html"))
-        self.assertEqual(self.dom("return document.querySelector('.deprecated').innerText"),
-                         "Deprecated. Status: Warn.")
+        self.assertEqual(dom("return document.querySelector('.deprecated').innerText"), "Deprecated. Status: Warn.")
 
     def test_index_lists_every_page_by_package_then_name(self):
         open_page(os.path.join(self.site, "index.html"))
-        packages = self.dom("return [...document.querySelectorAll('section.package')].map(s => "
-                            "[s.querySelector('h2').textContent, [...s.querySelectorAll('li')].map(li => "
-                            "[li.querySelector('a').textContent, li.querySelector('a').href, "
-                            "li.classList.contains('deprecated-entry')])])")
+        packages = dom("return [...document.querySelectorAll('section.package')].map(s => "
+                       "[s.querySelector('h2').textContent, [...s.querySelectorAll('li')].map(li => "
+                       "[li.querySelector('a').textContent, li.classList.contains('deprecated-entry')])])")
         self.assertEqual([name for name, _ in packages], ["demo", "demo.ma", "other"])
         demo = packages[0][1]
-        self.assertEqual([entry[0] for entry in demo],
-                         ["demo.argsort", "demo.lexsort", "demo.ndarray", "demo.oldsort", "demo.sort",
-                          "demo.sorted_view"])
-        self.assertEqual([entry[0] for entry in demo if entry[2]], ["demo.oldsort"])
+        self.assertEqual([name for name, _ in demo], ["demo.argsort", "demo.lexsort", "demo.ndarray", "demo.oldsort",
+                                                      "demo.sort", "demo.sorted_view"])
+        self.assertEqual([name for name, deprecated in demo if deprecated], ["demo.oldsort"])
         self.assertEqual(packages[2][1][1][0], "Ωmega.ünïcode")
-        for _, entries in packages:
-            for name, href, _ in entries:
-                self.assertTrue(os.path.isfile(href[len("file://"):]), name)
-        self.assertIn("Indices that sort.", self.dom("return document.body.innerText"))
+        check_links_lead_to_files(self)
+        self.assertIn("Indices that sort.", dom("return document.body.innerText"))
 
-    def search(self, query):
+    def test_search_ranks_as_find_and_opens_hits_by_keyboard_and_click(self):
         from selenium.webdriver.common.keys import Keys
-        box = BROWSER.find_element("id", "search-box")
-        box.clear()
-        box.send_keys(query)
-        return box, Keys
-
-    def hits(self):
-        return self.dom("return [...document.querySelectorAll('#search-results .hit-name')]"
-                        ".map(e => e.textContent)")
-
-    def test_search_ranks_exact_last_component_first_and_opens_hits(self):
         open_page(os.path.join(self.site, "other", "zeta.html"))
-        box, keys = self.search("sort")
-        hits = self.hits()
-        self.assertEqual(sorted(hits[:2]), ["demo.ma.sort", "demo.sort"], hits)
-        # One ranking: the box lists what `refpage find` lists, in its order.
         for query in ("sort", "demo.sort", "so", "indices"):
-            self.search(query)
             found = refpage("find", query, self.source, "--json", "--limit", "20", expect=None).stdout
-            expected = [json.loads(line)["name"] for line in found.splitlines() if line.strip()]
-            self.assertEqual(self.hits(), expected, query)
-        box, keys = self.search("sort")
-        box.send_keys(keys.ARROW_DOWN, keys.ARROW_DOWN, keys.ARROW_UP)
-        self.assertEqual(self.dom("return document.querySelector('[aria-selected=true] .hit-name').textContent"),
-                         hits[1])
-        box.send_keys(keys.ENTER)
-        expected = "demo.ma.sort.html" if hits[1] == "demo.ma.sort" else "demo.sort.html"
-        self.assertEqual(BROWSER.current_url, url(os.path.join(self.generated, expected)))
-        self.search("lexsort")
+            self.assertEqual(search(query)[1], [json.loads(line)["name"] for line in found.splitlines()], query)
+        box, hits = search("sort")
+        self.assertEqual(sorted(hits[:2]), ["demo.ma.sort", "demo.sort"], hits)
+        box.send_keys(Keys.ARROW_DOWN, Keys.ARROW_DOWN, Keys.ARROW_UP)
+        self.assertEqual(dom("return document.querySelector('[aria-selected=true] .hit-name').textContent"), hits[1])
+        box.send_keys(Keys.ENTER)
+        self.assertEqual(BROWSER.current_url, url(os.path.join(self.generated, hits[1] + ".html")))
+        search("lexsort")
         BROWSER.find_element("css selector", "#search-results li").click()
         self.assertEqual(BROWSER.current_url, url(os.path.join(self.generated, "demo.lexsort.html")))
-        self.search("ünïcode")
-        self.assertEqual(self.hits(), ["Ωmega.ünïcode"])
+        self.assertEqual(search("ünïcode")[1], ["Ωmega.ünïcode"])
 
     def test_screenshots_at_desktop_and_phone_widths(self):
         os.makedirs(ARGS.artifacts, exist_ok=True)
         for name, width, height in (("desktop", 1280, 900), ("phone", 390, 844)):
             BROWSER.set_window_size(width, height)
             open_page(os.path.join(self.generated, "demo.sort.html"))
-            overflow = self.dom("return document.documentElement.scrollWidth - window.innerWidth")
-            self.assertLessEqual(overflow, 0, "the page scrolls sideways at %s width" % name)
-            path = os.path.join(ARGS.artifacts, "site-%s.png" % name)
-            self.assertTrue(BROWSER.save_screenshot(path))
+            self.assertLessEqual(dom("return document.documentElement.scrollWidth - window.innerWidth"), 0,
+                                 "the page scrolls sideways at %s width" % name)
+            self.assertTrue(BROWSER.save_screenshot(os.path.join(ARGS.artifacts, "site-%s.png" % name)))
         BROWSER.set_window_size(1280, 900)
 
 
@@ -223,7 +218,6 @@ class HostileSite(unittest.TestCase):
 
     def check_inert(self, path):
         open_page(path)
-        dom = BROWSER.execute_script
         self.assertIsNone(dom("return window.__pwned"))
         self.assertEqual(dom("return document.querySelectorAll('script').length"), 3)
         self.assertEqual(dom("return document.querySelectorAll('style, svg, iframe, object, embed').length"), 0)
@@ -241,48 +235,36 @@ class HostileSite(unittest.TestCase):
         self.assertIn("Deprecated.", text)
 
     def test_payloads_show_as_text_on_the_index_and_in_search(self):
-        text = self.check_inert(os.path.join(self.site, "index.html"))
-        self.assertIn(pages.HOSTILE[1], text)
-        box = BROWSER.find_element("id", "search-box")
-        box.send_keys("hostile")
-        self.assertIsNone(BROWSER.execute_script("return window.__pwned"))
-        self.assertEqual(BROWSER.execute_script("return document.querySelector('#search-results li .hit-name')"
-                                                ".textContent"), "hostile" + pages.hostile_text(0))
+        self.assertIn(pages.HOSTILE[1], self.check_inert(os.path.join(self.site, "index.html")))
+        hits = search("hostile")[1]
+        self.assertIsNone(dom("return window.__pwned"))
+        self.assertEqual(hits[0], "hostile" + pages.hostile_text(0))
 
 
 class Docset(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
+    """The docset's Info.plist, and its index rows against its documents."""
+
+    def test_plist_index_and_documents_agree(self):
         source = pages.write_set(os.path.join(WORK, "docset-pages"), pages.linked_set())
-        cls.docset = os.path.join(WORK, "Demo.docset")
-        refpage("docset", source, "-o", cls.docset, "--name", "Demo <Docs>", "-q")
-        cls.documents = os.path.join(cls.docset, "Contents", "Resources", "Documents")
-
-    def test_info_plist_is_xml_with_the_bundle_keys(self):
-        path = os.path.join(self.docset, "Contents", "Info.plist")
-        ElementTree.parse(path)
-        with open(path, "rb") as plist:
-            info = plistlib.load(plist)
-        self.assertEqual(info["CFBundleName"], "Demo <Docs>")
-        self.assertEqual(info["CFBundleIdentifier"], "demodocs")
-        self.assertEqual(info["DocSetPlatformFamily"], "demodocs")
-        self.assertIs(info["isDashDocset"], True)
-        self.assertTrue(os.path.isfile(os.path.join(self.documents, info["dashIndexFilePath"])))
-
-    def test_index_rows_lead_to_documents(self):
-        with sqlite3.connect(os.path.join(self.docset, "Contents", "Resources", "docSet.dsidx")) as db:
-            columns = [row[1] for row in db.execute("PRAGMA table_info(searchIndex)")]
-            self.assertEqual(columns, ["id", "name", "type", "path"])
+        docset = os.path.join(WORK, "Demo.docset")
+        refpage("docset", source, "-o", docset, "--name", "Demo <Docs>", "-q")
+        documents = os.path.join(docset, "Contents", "Resources", "Documents")
+        plist = os.path.join(docset, "Contents", "Info.plist")
+        ElementTree.parse(plist)
+        with open(plist, "rb") as file:
+            info = plistlib.load(file)
+        self.assertEqual((info["CFBundleName"], info["CFBundleIdentifier"], info["DocSetPlatformFamily"],
+                          info["isDashDocset"]), ("Demo <Docs>", "demodocs", "demodocs", True))
+        self.assertTrue(os.path.isfile(os.path.join(documents, info["dashIndexFilePath"])))
+        with sqlite3.connect(os.path.join(docset, "Contents", "Resources", "docSet.dsidx")) as db:
+            self.assertEqual([row[1] for row in db.execute("PRAGMA table_info(searchIndex)")],
+                             ["id", "name", "type", "path"])
             rows = db.execute("SELECT name, type, path FROM searchIndex ORDER BY name").fetchall()
         self.assertEqual(len(rows), len(pages.linked_set()))
         self.assertIn(("demo.sort", "Function", "reference/generated/demo.sort.html"), rows)
         for name, _, path in rows:
-            file = path.partition("#")[0]
-            from urllib.parse import unquote
-            self.assertTrue(os.path.isfile(os.path.join(self.documents, unquote(file))), name)
-
-    def test_documents_open_in_the_browser(self):
-        open_page(os.path.join(self.documents, "index.html"))
+            self.assertTrue(os.path.isfile(os.path.join(documents, unquote(path.partition("#")[0]))), name)
+        open_page(os.path.join(documents, "index.html"))
         self.assertEqual(BROWSER.title, "Demo <Docs>")
 
 
@@ -299,36 +281,29 @@ class GeneratedSite(unittest.TestCase):
         cls.names = [name[:-len(".json")].rsplit("_", 1)[0] if name.rsplit("_", 1)[-1][:-5].isdigit()
                      else name[:-len(".json")] for name in sorted(os.listdir(source))]
         cls.site = os.path.join(WORK, "generated-site")
-        cls.report = refpage("site", source, "-o", cls.site, "-q", "-j", "2").stderr
+        refpage("site", source, "-o", cls.site, "-q", "-j", "2")
 
     def test_every_page_renders_and_its_links_lead_to_files(self):
         files = sorted(str(path) for path in pathlib.Path(self.site).rglob("*.html"))
         self.assertEqual(len(files), 150 + 1)
         for file in files[:: max(1, len(files) // 12)]:
             open_page(file)
-            self.assertTrue(BROWSER.execute_script("return document.querySelector('h1').textContent.length > 0"))
-            for href in BROWSER.execute_script("return [...document.querySelectorAll('a')].map(a => a.href)"):
-                if href.startswith("file:"):
-                    self.assertTrue(os.path.isfile(href[len("file://"):].partition("#")[0]), href)
-            self.assertEqual(console_errors(), [], file)
+            self.assertTrue(dom("return document.querySelector('h1').textContent.length > 0"), file)
+            check_links_lead_to_files(self)
 
     def test_search_lists_exact_last_component_matches_first(self):
+        from selenium.webdriver.common.keys import Keys
         leaves = {}
         for name in self.names:
             leaves.setdefault(name.rsplit(".", 1)[-1], set()).add(name)
         leaf, exact = max(sorted(leaves.items()), key=lambda item: len(item[1]))
         open_page(os.path.join(self.site, "index.html"))
-        box = BROWSER.find_element("id", "search-box")
-        box.send_keys(leaf)
-        hits = BROWSER.execute_script("return [...document.querySelectorAll('#search-results .hit-name')]"
-                                      ".map(e => e.textContent)")
+        box, hits = search(leaf)
         top = hits[:len(exact)]
         self.assertTrue(all(hit.rsplit(".", 1)[-1] == leaf for hit in top), (leaf, hits))
         self.assertEqual(set(top), exact)
-        from selenium.webdriver.common.keys import Keys
         box.send_keys(Keys.ENTER)
-        self.assertEqual(BROWSER.execute_script("return document.querySelector('h1').firstChild.textContent"),
-                         hits[0] + " ")
+        self.assertEqual(shown_name(), hits[0] + " ")
 
 
 class CorpusSite(unittest.TestCase):
@@ -340,16 +315,9 @@ class CorpusSite(unittest.TestCase):
         site = os.path.join(WORK, "corpus-site")
         refpage("site", os.environ["REFPAGE_CORPUS"], "-o", site, "-q", "-j", "2")
         open_page(os.path.join(site, "reference", "generated", "numpy.sort.html"))
-        self.assertEqual(BROWSER.execute_script("return document.querySelector('h1').firstChild.textContent"),
-                         "numpy.sort ")
-        for href in BROWSER.execute_script("return [...document.querySelectorAll('a')].map(a => a.href)"):
-            if href.startswith("file:"):
-                self.assertTrue(os.path.isfile(href[len("file://"):].partition("#")[0]), href)
-        box = BROWSER.find_element("id", "search-box")
-        box.send_keys("argmax")
-        hits = BROWSER.execute_script("return [...document.querySelectorAll('#search-results .hit-name')]"
-                                      ".map(e => e.textContent)")
-        self.assertEqual(hits[0], "numpy.argmax")
+        self.assertEqual(shown_name(), "numpy.sort ")
+        check_links_lead_to_files(self)
+        self.assertEqual(search("argmax")[1][0], "numpy.argmax")
         self.assertEqual(console_errors(), [])
 
 

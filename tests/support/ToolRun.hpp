@@ -2,6 +2,7 @@
 // inputs. For the tests that know REFPAGE_BINARY.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <stdlib.h>
 #include <sys/wait.h>
 
@@ -11,6 +12,7 @@
 #include <fstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace testvalues {
 
@@ -38,13 +40,24 @@ inline ToolRun refpage(std::string const& arguments, std::string const& streams 
     return runShell(std::string(REFPAGE_BINARY) + " " + arguments + " " + streams);
 }
 
+inline bool contains(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+/// Runs the tool as `refpage` does and checks that it exits with `status` and that its output
+/// holds each of `parts`; returns the run for further checks.
+inline ToolRun expectRun(std::string const& arguments, int status, std::vector<std::string> const& parts = {},
+                         std::string const& streams = "2>&1") {
+    ToolRun run = refpage(arguments, streams);
+    EXPECT_EQ(run.status, status) << "refpage " << arguments << "\n" << run.output;
+    for (std::string const& part : parts)
+        EXPECT_TRUE(contains(run.output, part)) << "refpage " << arguments << "\nlacks: " << part << "\n" << run.output;
+    return run;
+}
+
 /// A test page file of tests/data.
 inline std::string data(std::string const& name) {
     return std::string(REFPAGE_TEST_DATA) + "/" + name;
-}
-
-inline bool contains(std::string_view text, std::string_view part) {
-    return text.find(part) != std::string_view::npos;
 }
 
 /// A fresh folder under the system's temporary folder, removed with everything in it.

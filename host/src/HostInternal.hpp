@@ -83,6 +83,10 @@ public:
     }
 };
 
+// Per-thread state (fault counts, live-count shards, free lists) uses the initial-exec TLS
+// model: one thread-pointer-relative access instead of a call to __tls_get_addr. It needs
+// a few hundred bytes of static TLS, which glibc keeps spare even for a library loaded late by dlopen.
+
 namespace ovrin::host {
 
 /// Counts one fallible call of this thread; throws the armed injected fault naming `operation`.
@@ -132,7 +136,7 @@ COSInterfacePtr makeObject(COSClass const& cls, void* record);
 /// (except `registered`), so any thread may read it without a lock.
 struct ocos::InternedName {
     std::string const text;
-    std::size_t const hash;                          ///< std::hash of `text`
+    std::size_t const hash;                          ///< of `text`, by the interner's hash
     mutable std::atomic<COSClass*> registered{nullptr};  ///< set once, by the first COSClass::define of `text`
 };
 

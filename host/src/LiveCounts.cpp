@@ -21,7 +21,7 @@ struct Shard {
     enum class Phase : unsigned char { Unused, Listed, Gone } phase;
 };
 
-thread_local Shard shard;  ///< trivially destructible: reaching it costs no guard
+[[gnu::tls_model("initial-exec")]] thread_local Shard shard;  ///< trivially destructible: reaching it costs no guard
 
 /// Every listed shard and the counts of shards whose threads have ended; never destroyed,
 /// so threads that end during static destruction still find it.

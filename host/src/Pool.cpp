@@ -48,7 +48,7 @@ struct ThreadLists {
     Phase phase;
 };
 
-thread_local ThreadLists threadLists;
+[[gnu::tls_model("initial-exec")]] thread_local ThreadLists threadLists;
 
 /// Drains this thread's lists into the heap when the thread ends.
 struct ListsOwner {

@@ -9,12 +9,11 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <new>
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
+#include <typeinfo>
 
 /// One host array: this header, then its elements in the same block. The class fixes
 /// what the elements are: 8-byte words of numbers for a numeric class, strings for the
@@ -34,6 +33,12 @@ struct oxArray_tag {
 
     oxArray_tag(oxArray_tag const&) = delete;
     oxArray_tag& operator=(oxArray_tag const&) = delete;
+
+    /// Bytes of the header, which the elements follow, aligned for any of them.
+    static constexpr std::size_t headerBytes() noexcept {
+        return (sizeof(oxArray_tag) + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) *
+               alignof(std::max_align_t);
+    }
 
     /// Numbers of a numeric array, zero-filled when made; empty for any other payload.
     std::span<std::uint64_t> words() noexcept { return elements<std::uint64_t>(Payload::Words); }
@@ -73,13 +78,6 @@ private:
     std::span<T const> elements(Payload kind) const noexcept {
         if (payload != kind) return {};
         return {std::launder(reinterpret_cast<T const*>(reinterpret_cast<char const*>(this) + headerBytes())), slots};
-    }
-
-public:
-    /// Bytes of the header, which the elements follow, aligned for any of them.
-    static constexpr std::size_t headerBytes() noexcept {
-        return (sizeof(oxArray_tag) + alignof(std::max_align_t) - 1) / alignof(std::max_align_t) *
-               alignof(std::max_align_t);
     }
 };
 

@@ -3,6 +3,7 @@
 // insertion and growth take the mutex.
 #include "HostInternal.hpp"
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -51,20 +52,17 @@ Interner& interner() {
 
 constexpr std::size_t firstCapacity = 64;
 
-/// Hash of a name, eight bytes at a time (multiply and rotate, as FxHash does): class names
-/// come from code, are short and share long prefixes, which this spreads well enough.
+/// Hash of a name from its length, its first eight bytes and its last sixteen: class names
+/// share long prefixes ("ovrin.internal.reference.property.") and differ at the end. Equal
+/// hashes still compare the whole text, so names alike in those bytes only probe further.
 std::size_t hashOf(std::string_view name) noexcept {
-    constexpr std::uint64_t multiplier = 0x517cc1b727220a95;
+    constexpr std::uint64_t multiplier = 0x517cc1b727220a95;  // as FxHash mixes
+    std::uint64_t words[3] = {};
+    std::memcpy(&words[0], name.data(), std::min<std::size_t>(sizeof words[0], name.size()));
+    std::size_t const tail = std::min<std::size_t>(2 * sizeof words[0], name.size());
+    std::memcpy(&words[1], name.data() + name.size() - tail, tail);
     std::uint64_t hash = name.size();
-    std::size_t at = 0;
-    for (; at + sizeof(std::uint64_t) <= name.size(); at += sizeof(std::uint64_t)) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, name.data() + at, sizeof word);
-        hash = (std::rotl(hash, 5) ^ word) * multiplier;
-    }
-    std::uint64_t tail = 0;
-    std::memcpy(&tail, name.data() + at, name.size() - at);
-    hash = (std::rotl(hash, 5) ^ tail) * multiplier;
+    for (std::uint64_t const word : words) hash = (std::rotl(hash, 5) ^ word) * multiplier;
     return static_cast<std::size_t>(hash ^ (hash >> 29));
 }
 

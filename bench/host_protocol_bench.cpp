@@ -128,19 +128,25 @@ void copyConstructPages(benchmark::State& state) {
 
 constexpr int mostThreads = 2;
 
-/// Prepared values of every corpus page for thread `thread`, each thread's from its own load of
-/// the pages' JSON. Not from copies of one loaded page: a copy shares its elements' cached
-/// arrays with the source, and threads taking references on them would share cache lines.
-/// Made on first use, all threads' at once, before any thread's timed loop.
-PreparedPages const& preparedForThread(int thread) {
-    static std::array<PreparedPages, mostThreads> perThread;
+/// What each thread works on: its own load of every corpus page's JSON, and the prepared values
+/// of those pages. Not copies of one loaded page: a copy shares its elements' cached arrays
+/// with the source, and threads taking references on them would share cache lines.
+struct ThreadPages {
+    std::vector<RefItem> pages;
+    PreparedPages prepared;
+};
+
+/// Thread `thread`'s pages, made on first use, all threads' at once, before any thread's timed loop.
+ThreadPages const& pagesForThread(int thread) {
+    static std::array<ThreadPages, mostThreads> perThread;
     static std::once_flag made;
     std::call_once(made, [] {
         PropertyTable const& table = reference::glue::tableOf<RefItem>();
-        for (PreparedPages& pages : perThread) {
+        for (ThreadPages& own : perThread) {
             for (auto const& entry : bench::corpus()) {
                 refpage::LoadResult const loaded = refpage::loadPage(entry.json, entry.path);
-                pages.push_back(prepare(table, refpage::nativePage(loaded.page.get())));
+                own.pages.push_back(refpage::nativePage(loaded.page.get()).copy());
+                own.prepared.push_back(prepare(table, own.pages.back()));
             }
         }
     });
@@ -151,7 +157,7 @@ PreparedPages const& preparedForThread(int thread) {
 /// thread's own pages. "items_per_second": pages per second of all threads together.
 void wholePageOnThreads(benchmark::State& state) {
     PropertyTable const& table = reference::glue::tableOf<RefItem>();
-    PreparedPages const& prepared = preparedForThread(state.thread_index());
+    PreparedPages const& prepared = pagesForThread(state.thread_index()).prepared;
     bench::AllocationMeter const meter;
     for (auto _ : state) {
         for (auto const& values : prepared) {
@@ -164,11 +170,29 @@ void wholePageOnThreads(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(prepared.size()));
 }
 
+/// The member-wise copy on each of the benchmark's threads, over that thread's own pages: how
+/// far this machine scales a workload of malloc and copying alone, with no host call in it.
+void copyConstructOnThreads(benchmark::State& state) {
+    std::vector<RefItem> const& pages = pagesForThread(state.thread_index()).pages;
+    for (auto _ : state) {
+        for (auto const& source : pages) {
+            RefItem copied(source);
+            benchmark::DoNotOptimize(copied);
+            benchmark::ClobberMemory();
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(pages.size()));
+}
+
 int const registered = [] {
     bench::registerBenchmark("host_protocol/set_and_get_every_property", wholePageThroughHost);
     bench::registerBenchmark("host_protocol/copy_constructor", copyConstructPages);
     // Wall-clock time: what a second thread buys is elapsed time, not CPU time.
     bench::registerBenchmark("host_protocol/set_and_get_on_threads", wholePageOnThreads)
+        ->Threads(1)
+        ->Threads(mostThreads)
+        ->UseRealTime();
+    bench::registerBenchmark("host_protocol/copy_constructor_on_threads", copyConstructOnThreads)
         ->Threads(1)
         ->Threads(mostThreads)
         ->UseRealTime();

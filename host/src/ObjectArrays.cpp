@@ -57,10 +57,13 @@ ocos::COSInterfacePtr omGetArrayElement(oxArray_tag const* array, std::size_t in
     ovrin::host::enter("omGetArrayElement");
     oxArray_tag const& a = requireRecordArray(array, "omGetArrayElement");
     ovrin::host::requireIndex(a, index, "omGetArrayElement");
-    ocos::COSInterfacePtr const& element = a.objects()[index];
+    std::span<ocos::COSInterfacePtr const> const elements = a.objects();
+    ocos::COSInterfacePtr const& element = elements[index];
     if (!element)
         throw ovrin::HostError("omGetArrayElement: expected an object at index " + std::to_string(index) +
                                ", found an empty element of " + ovrin::host::describe(a));
+    // Callers walk arrays in order: start fetching the next element's object while this one is used.
+    if (index + 1 < elements.size()) __builtin_prefetch(elements[index + 1].get());
     return element;
 }
 

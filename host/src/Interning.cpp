@@ -21,12 +21,19 @@ struct NameTable {
 
     std::size_t capacity() const noexcept { return mask + 1; }
 
-    /// The slot holding `name`, or the empty slot where it would go.
-    std::atomic<ocos::InternedName const*>& slotFor(std::string_view name, std::size_t hash) const noexcept {
+    /// The identity of `name`, or null when this table does not hold it. Each slot is read once:
+    /// a slot seen empty may hold another name by the time it is read again.
+    ocos::InternedName const* find(std::string_view name, std::size_t hash) const noexcept {
         for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
             ocos::InternedName const* const entry = slots[i].load(std::memory_order_acquire);
-            if (entry == nullptr || (entry->hash == hash && entry->text == name)) return slots[i];
+            if (entry == nullptr || (entry->hash == hash && entry->text == name)) return entry;
         }
+    }
+
+    /// The first empty slot on the probe path of `hash`. Only under the interner's mutex.
+    std::atomic<ocos::InternedName const*>& emptySlotFor(std::size_t hash) const noexcept {
+        for (std::size_t i = hash & mask;; i = (i + 1) & mask)
+            if (slots[i].load(std::memory_order_relaxed) == nullptr) return slots[i];
     }
 
     std::size_t const mask;  ///< capacity - 1; the capacity is a power of two
@@ -72,7 +79,7 @@ ocos::ClassIdentity insert(std::string_view name, std::size_t hash) {
     std::lock_guard const lock(in.mutex);
     if (in.tables.empty()) in.tables.push_back(std::make_unique<NameTable>(firstCapacity));
     NameTable* table = in.tables.back().get();
-    if (ocos::InternedName const* const found = table->slotFor(name, hash).load(std::memory_order_relaxed))
+    if (ocos::InternedName const* const found = table->find(name, hash))
         return found;  // interned by another thread since this one looked
 
     in.names.reserve(in.names.size() + 1);
@@ -80,13 +87,13 @@ ocos::ClassIdentity insert(std::string_view name, std::size_t hash) {
     ocos::InternedName const* const identity = entry.get();
     if (2 * (in.names.size() + 1) > table->capacity()) {
         auto larger = std::make_unique<NameTable>(2 * table->capacity());
-        for (auto const& old : in.names) larger->slotFor(old->text, old->hash).store(old.get(), std::memory_order_relaxed);
+        for (auto const& old : in.names) larger->emptySlotFor(old->hash).store(old.get(), std::memory_order_relaxed);
         in.tables.reserve(in.tables.size() + 1);
         table = larger.get();
         in.tables.push_back(std::move(larger));
     }
     in.names.push_back(std::move(entry));
-    table->slotFor(name, hash).store(identity, std::memory_order_release);
+    table->emptySlotFor(hash).store(identity, std::memory_order_release);
     published.store(table, std::memory_order_release);
     return identity;
 }
@@ -99,8 +106,7 @@ ocos::ClassIdentity intern(std::string_view name) {
     if (name.empty()) throw HostError("makeInterned: expected a non-empty class name, found an empty one");
     std::size_t const hash = hashOf(name);
     if (NameTable const* const table = published.load(std::memory_order_acquire)) {
-        if (ocos::InternedName const* const found = table->slotFor(name, hash).load(std::memory_order_acquire))
-            return found;
+        if (ocos::InternedName const* const found = table->find(name, hash)) return found;
     }
     return insert(name, hash);
 }

@@ -2,8 +2,9 @@
 // fresh page set from prepared host values through the class's property table,
 // then every property read back through the host getters. Baseline: the
 // member-wise copy constructor of the same page. The same round trip on one
-// thread and on two, each thread on its own prepared values: what the host's
-// shared state (interned names, class registry, live counts) costs in scaling.
+// thread and on two, each thread on its own loaded pages: what the host's shared
+// state (interned names, class registry, live counts) costs in scaling; the
+// member-wise copy on one thread and two shows how far the machine itself scales.
 #include "support/AllocationCounter.hpp"
 #include "support/Corpus.hpp"
 #include "support/MirrorPage.hpp"

@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <typeinfo>
+#include <utility>
 
 /// One host array: this header, then its elements in the same block. The class fixes
 /// what the elements are: 8-byte words of numbers for a numeric class, strings for the
@@ -133,6 +134,8 @@ COSInterfacePtr makeObject(COSClass const& cls, void* record);
 /// An interned class name. Made once per text, never changed or freed after it is published
 /// (except `registered`), so any thread may read it without a lock.
 struct ocos::InternedName {
+    InternedName(std::string name, std::size_t nameHash) : text(std::move(name)), hash(nameHash) {}
+
     std::string const text;
     std::size_t const hash;                          ///< of `text`, by the interner's hash
     mutable std::atomic<COSClass*> registered{nullptr};  ///< set once, by the first COSClass::define of `text`

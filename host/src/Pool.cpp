@@ -89,7 +89,7 @@ ListsOwner::~ListsOwner() {
         for (void* block = list.head; block != nullptr;) {
             void* const next = nextOf(block, size);
             ASAN_UNPOISON_MEMORY_REGION(block, size - linkBytes);
-            ::operator delete(block, size);
+            ::operator delete(block);
             block = next;
         }
         list = FreeList{};
@@ -124,7 +124,7 @@ void* allocate(std::size_t bytes) {
 void release(void* block, std::size_t bytes) noexcept {
     if (block == nullptr) return;
     if (bytes > largestPooledBytes) {
-        ::operator delete(block, bytes);
+        ::operator delete(block);
         return;
     }
     std::size_t const index = classIndex(bytes);
@@ -133,7 +133,7 @@ void release(void* block, std::size_t bytes) noexcept {
     if (lists.phase == Phase::Unused) activate();
     FreeList& list = lists.lists[index];
     if (lists.phase == Phase::Gone || list.count >= listCapBytes / size) {
-        ::operator delete(block, size);
+        ::operator delete(block);
         return;
     }
     ASAN_POISON_MEMORY_REGION(block, size - linkBytes);

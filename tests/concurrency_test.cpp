@@ -6,6 +6,9 @@
 #include "support/TestPages.hpp"
 #include "support/Vocabularies.hpp"
 
+#include <ovrin/error.hpp>
+#include <ovrin/ocos.hpp>
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -185,6 +188,74 @@ TEST_F(Concurrency, ThreadsReadingAndSettingEveryPropertyOfTheirOwnCopyGetWhatOn
         }
         return seen;
     });
+}
+
+}  // namespace
+
+namespace {
+
+// Interning and class lookup take no lock: a racy publication of a name, of a grown name
+// table or of a newly defined class fails here under ThreadSanitizer, and a lost or doubled
+// identity fails anywhere.
+TEST_F(Concurrency, ThreadsInterningAndDefiningTheSameNewNamesAgreeOnEveryIdentityAndClass) {
+    constexpr std::size_t nameCount = 300;  // new names enough to grow the name table several times
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < nameCount; ++i) names.push_back("concurrency.Name" + std::to_string(i));
+    std::array<std::vector<ocos::ClassIdentity>, threadCount> identities;
+    std::array<std::vector<ocos::COSClass const*>, threadCount> classes;
+    expectNoMismatchOnThreads([&](std::size_t thread) {
+        std::size_t seen = 0;
+        identities[thread].resize(nameCount);
+        classes[thread].resize(nameCount);
+        for (std::size_t k = 0; k < nameCount; ++k) {
+            std::size_t const i = (k * 7 + thread * 53) % nameCount;  // each thread in its own order
+            ocos::ClassIdentity const identity = ocos::internal::makeInterned(names[i]);
+            identities[thread][i] = identity;
+            if (ocos::internal::nameOf(identity) != names[i]) ++seen;
+            // Half the threads define each class; the others look it up, defined yet or not.
+            if (thread % 2 == 0) {
+                classes[thread][i] = &ocos::COSClass::define({names[i], nullptr, nullptr, nullptr, true});
+            } else {
+                try {
+                    classes[thread][i] = ocos::COSClass::getClass(identity);
+                } catch (ovrin::HostError const&) {
+                    classes[thread][i] = nullptr;
+                }
+            }
+            if (classes[thread][i] != nullptr && classes[thread][i]->identity() != identity) ++seen;
+        }
+        return seen;
+    });
+    for (std::size_t i = 0; i < nameCount; ++i) {
+        ocos::COSClass const* const defined = ocos::COSClass::getClass(identities[0][i]);
+        for (std::size_t thread = 0; thread < threadCount; ++thread) {
+            EXPECT_EQ(identities[thread][i], identities[0][i]) << names[i] << " on thread " << thread;
+            if (classes[thread][i] != nullptr) {
+                EXPECT_EQ(classes[thread][i], defined) << names[i] << " on thread " << thread;
+            }
+        }
+    }
+}
+
+// Each thread counts the arrays and objects it makes and disposes of in its own shard; a
+// thread that ends hands its counts on, so objects made on ended threads and released on
+// this one leave the sums exact (the fixture checks the end).
+TEST_F(Concurrency, ArraysAndObjectsMadeOnEndedThreadsAndReleasedOnAnotherAreCountedExactly) {
+    constexpr std::size_t perThread = 50;
+    std::size_t const arraysBefore = ovrin::testing::liveArrays();
+    std::size_t const objectsBefore = ovrin::testing::liveObjects();
+    std::array<std::vector<HostArrayPtr>, threadCount> made;
+    {
+        std::vector<std::jthread> threads;
+        for (std::size_t t = 0; t < threadCount; ++t)
+            threads.emplace_back([&made, t] {
+                for (std::size_t i = 0; i < perThread; ++i)
+                    made[t].push_back(glue::constructObject(glue::tableOf<rp::Example>()));
+            });
+    }
+    EXPECT_EQ(ovrin::testing::liveArrays(), arraysBefore + threadCount * perThread);
+    EXPECT_EQ(ovrin::testing::liveObjects(), objectsBefore + threadCount * perThread);
+    for (auto& arrays : made) arrays.clear();
 }
 
 }  // namespace

@@ -1,17 +1,69 @@
 // Host arrays: lifetime and reference counting, numeric creation, scope, the
 // internal flag and the queries.
 #include "HostInternal.hpp"
-
+#include "Pool.hpp"
 
 #include <cassert>
 #include <limits>
+#include <memory>
+#include <new>
 
-oxArray_tag::oxArray_tag(oxClassID id, std::size_t rowCount, std::size_t columnCount) noexcept
-    : classId(id), rows(rowCount), columns(columnCount) {
+namespace {
+
+std::size_t elementBytes(oxArray_tag::Payload payload) noexcept {
+    switch (payload) {
+        case oxArray_tag::Payload::Words: return sizeof(std::uint64_t);
+        case oxArray_tag::Payload::Objects: return sizeof(ocos::COSInterfacePtr);
+        case oxArray_tag::Payload::Strings: return sizeof(std::u16string);
+        case oxArray_tag::Payload::None: break;
+    }
+    return 0;
+}
+
+/// Bytes of the block of an array with `slots` elements of `payload`; the caller checked it fits.
+std::size_t blockBytes(oxArray_tag::Payload payload, std::size_t slots) noexcept {
+    return oxArray_tag::headerBytes() + slots * elementBytes(payload);
+}
+
+}  // namespace
+
+oxArray_tag* oxArray_tag::create(oxClassID id, std::size_t rowCount, std::size_t columnCount, Payload payload,
+                                 std::size_t slots) {
+    std::size_t const size = elementBytes(payload);
+    if (size != 0 && slots > (std::numeric_limits<std::size_t>::max() - headerBytes()) / size) throw std::bad_alloc();
+    void* const block = ovrin::host::pool::allocate(blockBytes(payload, slots));
+    auto* const array = new (block) oxArray_tag(id, rowCount, columnCount, payload, slots);
+    char* const first = static_cast<char*>(block) + headerBytes();
+    switch (payload) {
+        case Payload::Words: std::uninitialized_value_construct_n(reinterpret_cast<std::uint64_t*>(first), slots); break;
+        case Payload::Objects:
+            std::uninitialized_default_construct_n(reinterpret_cast<ocos::COSInterfacePtr*>(first), slots);
+            break;
+        case Payload::Strings:
+            std::uninitialized_value_construct_n(reinterpret_cast<std::u16string*>(first), slots);
+            break;
+        case Payload::None: break;
+    }
+    return array;
+}
+
+void oxArray_tag::destroy(oxArray_tag const* array) noexcept {
+    auto* const a = const_cast<oxArray_tag*>(array);
+    std::size_t const bytes = blockBytes(a->payload, a->slots);
+    a->~oxArray_tag();
+    ovrin::host::pool::release(a, bytes);
+}
+
+oxArray_tag::oxArray_tag(oxClassID id, std::size_t rowCount, std::size_t columnCount, Payload kind,
+                         std::size_t slotCount) noexcept
+    : rows(rowCount), columns(columnCount), slots(slotCount), classId(id), payload(kind) {
+    static_assert(alignof(oxArray_tag) <= alignof(std::max_align_t));
     ovrin::host::arrayCreated();
 }
 
 oxArray_tag::~oxArray_tag() {
+    std::destroy(objects().begin(), objects().end());
+    std::destroy(strings().begin(), strings().end());
     if (underlying != nullptr) intrusive_ptr_release(underlying);
     ovrin::host::arrayDestroyed();
 }
@@ -26,7 +78,7 @@ void intrusive_ptr_release(oxArray_tag const* array) noexcept {
     assert(array != nullptr && "intrusive_ptr_release on a null array");
     long const before = array->references.fetch_sub(1, std::memory_order_acq_rel);
     assert(before > 0 && "Reference count is already zero.");
-    if (before == 1) delete const_cast<oxArray_tag*>(array);
+    if (before == 1) oxArray_tag::destroy(array);
 }
 
 namespace matrix {
@@ -35,7 +87,7 @@ void destroyArray(oxArray_tag* array) noexcept {
     if (array == nullptr) return;
     assert(array->references.load(std::memory_order_acquire) == 1 &&
            "destroyArray on an array that others still reference");
-    delete array;
+    oxArray_tag::destroy(array);
 }
 
 unique_array from_ovrin(oxArray_tag* array) noexcept { return unique_array(array); }
@@ -61,7 +113,7 @@ void* oxGetData(oxArray_tag const* array) {
     if (ovrin::host::numericElementSize(a.classId) == 0)
         throw ovrin::HostError("oxGetData: expected a numeric array, found " + ovrin::host::describe(a));
     // The payload is owned by the array; the host hands it out writable, as its C interface does.
-    return const_cast<std::uint64_t*>(a.numeric.data());
+    return const_cast<std::uint64_t*>(a.words().data());
 }
 
 oxClassID oxGetClassID(oxArray_tag const* array) { return ovrin::host::require(array, "oxGetClassID").classId; }
@@ -139,10 +191,10 @@ oxArray_tag* createNumeric(std::size_t rows, std::size_t columns, oxClassID clas
         throw HostError("do_create_uninitnumeric: expected an array that fits in memory, found " +
                         std::to_string(rows) + "-by-" + std::to_string(columns));
     std::size_t const bytes = count * elementSize * parts;
-    auto array = std::make_unique<oxArray_tag>(classId, rows, columns);
+    oxArray_tag* const array = oxArray_tag::create(classId, rows, columns, oxArray_tag::Payload::Words,
+                                                   (bytes + sizeof(std::uint64_t) - 1) / sizeof(std::uint64_t));
     array->complex = complex;
-    array->numeric.assign((bytes + sizeof(std::uint64_t) - 1) / sizeof(std::uint64_t), 0);  // zero-filled anyway
-    return array.release();
+    return array;
 }
 
 }  // namespace ovrin::host

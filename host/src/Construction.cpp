@@ -2,6 +2,8 @@
 // unsigned 32-bit numbers, record objects from their class's default record.
 #include "HostInternal.hpp"
 
+#include <algorithm>
+
 class ocos::COSClient {};
 
 namespace {
@@ -17,12 +19,12 @@ oxArray_tag* constructEnumeration(ocos::COSClass const& cls, int nargs, oxArray_
     if (numbers.classId != oxUINT32_CLASS || numbers.complex)
         throw ovrin::HostError("omConstructObjectWithClient: expected a real uint32 array for enumeration class '" +
                                cls.name() + "', found " + ovrin::host::describe(numbers));
-    std::unique_ptr<oxArray_tag> copy(ovrin::host::createNumeric(numbers.rows, numbers.columns, oxUINT32_CLASS, false));
-    copy->numeric = numbers.numeric;
-    auto object = std::make_unique<oxArray_tag>(oxOBJECT_CLASS, 1, 1);
+    matrix::unique_array copy(ovrin::host::createNumeric(numbers.rows, numbers.columns, oxUINT32_CLASS, false));
+    std::ranges::copy(numbers.words(), copy->words().begin());
+    oxArray_tag* const object = oxArray_tag::create(oxOBJECT_CLASS, 1, 1, oxArray_tag::Payload::None, 0);
     object->objectClass = &cls;
     object->underlying = copy.release();
-    return object.release();
+    return object;
 }
 
 oxArray_tag* constructRecord(ocos::COSClass const& cls, int nargs) {
@@ -42,7 +44,7 @@ oxArray_tag* constructRecord(ocos::COSClass const& cls, int nargs) {
         throw;
     }
     oxArray_tag* const array = ovrin::host::createObjectArray(1, 1, cls);
-    array->objects[0] = std::move(object);
+    array->objects()[0] = std::move(object);
     return array;
 }
 

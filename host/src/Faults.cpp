@@ -11,7 +11,7 @@ struct FaultState {
     std::uint64_t failAt = 0;   ///< value of `calls` at which the armed fault fires; 0: none armed
 };
 
-thread_local FaultState faults;
+[[gnu::tls_model("initial-exec")]] thread_local FaultState faults;
 
 }  // namespace
 

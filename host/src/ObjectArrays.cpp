@@ -21,10 +21,10 @@ oxArray_tag* createObjectArray(std::size_t rows, std::size_t columns, ocos::COSC
     if (cls.isEnumeration())
         throw HostError("omCreateOCOSMatrix: expected a record class, found enumeration class '" + cls.name() + "'");
     std::size_t const count = elementCount(rows, columns);
-    auto array = std::make_unique<oxArray_tag>(oxOBJECT_CLASS, rows, columns);
+    oxArray_tag* const array =
+        oxArray_tag::create(oxOBJECT_CLASS, rows, columns, oxArray_tag::Payload::Objects, count);
     array->objectClass = &cls;
-    array->objects.resize(count);
-    return array.release();
+    return array;
 }
 
 }  // namespace ovrin::host
@@ -38,7 +38,7 @@ oxArray_tag* omCreateOCOSScalar(ocos::COSInterfacePtr const& object) {
     ovrin::host::enter("omCreateOCOSScalar");
     if (!object) throw ovrin::HostError("omCreateOCOSScalar: expected a host object, found null");
     oxArray_tag* const array = ovrin::host::createObjectArray(1, 1, object->getClass());
-    array->objects[0] = object;
+    array->objects()[0] = object;
     return array;
 }
 
@@ -50,17 +50,21 @@ void omSetArrayElement(oxArray_tag* array, std::size_t index, ocos::COSInterface
     if (&object->getClass() != a.objectClass)
         throw ovrin::HostError("omSetArrayElement: expected an object of class '" + a.objectClass->name() +
                                "', found an object of class '" + object->getClass().name() + "'");
-    a.objects[index] = object;
+    a.objects()[index] = object;
 }
 
 ocos::COSInterfacePtr omGetArrayElement(oxArray_tag const* array, std::size_t index) {
     ovrin::host::enter("omGetArrayElement");
     oxArray_tag const& a = requireRecordArray(array, "omGetArrayElement");
     ovrin::host::requireIndex(a, index, "omGetArrayElement");
-    if (!a.objects[index])
+    std::span<ocos::COSInterfacePtr const> const elements = a.objects();
+    ocos::COSInterfacePtr const& element = elements[index];
+    if (!element)
         throw ovrin::HostError("omGetArrayElement: expected an object at index " + std::to_string(index) +
                                ", found an empty element of " + ovrin::host::describe(a));
-    return a.objects[index];
+    // Callers walk arrays in order: start fetching the next element's object while this one is used.
+    if (index + 1 < elements.size()) __builtin_prefetch(elements[index + 1].get());
+    return element;
 }
 
 oxArray_tag const* omGetUnderlyingArray(oxArray_tag const* array) {

@@ -1,10 +1,12 @@
 // Host objects: one native record each, owned by the object and disposed of
 // through its class when the last counted reference goes.
 #include "HostInternal.hpp"
+#include "Pool.hpp"
 
 #include <boost/core/demangle.hpp>
 
 #include <cassert>
+#include <new>
 
 namespace ocos {
 
@@ -39,10 +41,16 @@ COSInterfacePtr::~COSInterfacePtr() {
     if (object_ == nullptr) return;
     long const before = object_->references_.fetch_sub(1, std::memory_order_acq_rel);
     assert(before > 0 && "Reference count is already zero.");
-    if (before == 1) delete object_;
+    if (before == 1) {
+        object_->~COSInterface();
+        ovrin::host::pool::release(object_, sizeof(COSInterface));
+    }
 }
 
-COSInterfacePtr makeObject(COSClass const& cls, void* record) { return COSInterfacePtr(new COSInterface(cls, record)); }
+COSInterfacePtr makeObject(COSClass const& cls, void* record) {
+    void* const block = ovrin::host::pool::allocate(sizeof(COSInterface));
+    return COSInterfacePtr(new (block) COSInterface(cls, record));  // the constructor cannot throw
+}
 
 }  // namespace ocos
 

@@ -15,21 +15,19 @@ oxArray_tag const& requireStrings(oxArray_tag const* array, char const* operatio
 oxArray_tag* oxCreateStringArray(std::size_t rows, std::size_t columns) {
     ovrin::host::enter("oxCreateStringArray");
     std::size_t const count = ovrin::host::elementCount(rows, columns);
-    auto array = std::make_unique<oxArray_tag>(oxSTRING_CLASS, rows, columns);
-    array->strings.resize(count);
-    return array.release();
+    return oxArray_tag::create(oxSTRING_CLASS, rows, columns, oxArray_tag::Payload::Strings, count);
 }
 
 std::u16string const& oxGetStringElement(oxArray_tag const* array, std::size_t index) {
     ovrin::host::enter("oxGetStringElement");
     oxArray_tag const& a = requireStrings(array, "oxGetStringElement");
     ovrin::host::requireIndex(a, index, "oxGetStringElement");
-    return a.strings[index];
+    return a.strings()[index];
 }
 
 void oxSetStringElement(oxArray_tag* array, std::size_t index, std::u16string text) {
     ovrin::host::enter("oxSetStringElement");
     requireStrings(array, "oxSetStringElement");
     ovrin::host::requireIndex(*array, index, "oxSetStringElement");
-    array->strings[index] = std::move(text);
+    array->strings()[index] = std::move(text);
 }

@@ -12,9 +12,10 @@
 
 namespace ovrin::testing {
 
-/// Arrays created and not yet destroyed, in the whole process.
+/// Arrays created and not yet destroyed, in the whole process: the sum of every thread's
+/// count, exact whenever no other thread is creating or destroying arrays.
 OVRIN_HOST_API std::size_t liveArrays() noexcept;
-/// Host objects created and not yet disposed of, in the whole process.
+/// Host objects created and not yet disposed of, in the whole process; exact as liveArrays is.
 OVRIN_HOST_API std::size_t liveObjects() noexcept;
 
 /// References held on an array, or on a host object.

@@ -13,6 +13,14 @@ bash scripts/setup.sh --bench
 cmake --preset release -DREFPROP_BENCH_REQUIRE_PEERS=ON >/dev/null
 cmake --build --preset release -j2 --target refprop_bench
 
+# The doc-set benchmarks run over a generated doc set of about the size of a real one.
+cmake --build --preset release -j2 --target pagegen
+pages="$root/build/release/bench/docset-pages"
+rm -rf "$pages"
+"$root/build/release/tools/pagegen/pagegen" --seed 1 --pages 2300 --broken-links 0.05 --duplicate-names 0.02 \
+  --deprecated 0.05 -o "$pages" >/dev/null
+export REFPROP_BENCH_PAGES="$pages"
+
 results="$root/build/release/bench/results.json"
 command="bash scripts/bench.sh${*:+ $*}"
 "$root/build/release/bench/refprop_bench" \

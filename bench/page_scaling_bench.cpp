@@ -68,7 +68,7 @@ void perByte(benchmark::State& state, std::string const& text, Step step) {
     double peak = 0;
     for (auto _ : state) {
         bench::resetPeakBytes();
-        std::uint64_t const before = bench::liveBytes();
+        std::int64_t const before = bench::liveBytes();
         step(text);
         peak = std::max(peak, static_cast<double>(bench::peakBytes() - before));
     }

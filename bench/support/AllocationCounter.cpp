@@ -54,8 +54,8 @@ void* countedAllocateAligned(std::size_t size, std::align_val_t alignment) {
 namespace bench {
 
 std::uint64_t allocationCount() noexcept { return allocations; }
-std::uint64_t liveBytes() noexcept { return static_cast<std::uint64_t>(std::max<std::int64_t>(live, 0)); }
-std::uint64_t peakBytes() noexcept { return static_cast<std::uint64_t>(std::max<std::int64_t>(peak, 0)); }
+std::int64_t liveBytes() noexcept { return live; }
+std::int64_t peakBytes() noexcept { return peak; }
 void resetPeakBytes() noexcept { peak = live; }
 
 void AllocationMeter::report(benchmark::State& state, double operationsPerIteration) const {

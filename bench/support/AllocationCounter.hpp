@@ -12,10 +12,11 @@ namespace bench {
 std::uint64_t allocationCount() noexcept;
 
 /// Bytes this thread holds through global operator new now (as malloc_usable_size counts them):
-/// what it allocated minus what it freed, so exact for work done on one thread.
-std::uint64_t liveBytes() noexcept;
+/// what it allocated minus what it freed. Negative after freeing what other threads allocated;
+/// the difference of two readings is exact for work done on this thread in between.
+std::int64_t liveBytes() noexcept;
 /// The most liveBytes() has been since the last resetPeakBytes().
-std::uint64_t peakBytes() noexcept;
+std::int64_t peakBytes() noexcept;
 /// Starts a new peak from liveBytes().
 void resetPeakBytes() noexcept;
 

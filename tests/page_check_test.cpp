@@ -126,6 +126,15 @@ TEST_F(PageCheck, AnyOtherValueAnywhereGivesAnotherDigest) {
         EXPECT_NE(digestOfText(other), digest) << other;
 }
 
+TEST_F(PageCheck, APageThatPassesIsHandedOverLoadedAndOneThatFailsIsNot) {
+    refpage::LoadResult kept;
+    ASSERT_TRUE(refpage::checkOwnedPage(page, "checked.json", {}, &kept).passed());
+    ASSERT_TRUE(kept.ok());
+    EXPECT_EQ(refpage::nativePage(kept.page.get()).getHref(), u"demo/checked.html");
+    EXPECT_FALSE(refpage::checkOwnedPage(R"({"Href": 1})", "bad.json", {}, &kept).passed());
+    EXPECT_FALSE(kept.ok());
+}
+
 TEST_F(PageCheck, APageThatDoesNotLoadIsComparedWithNothing) {
     refpage::CheckReport const report = refpage::checkPage(R"({"Href": 1})", "bad.json");
     EXPECT_FALSE(report.passed());

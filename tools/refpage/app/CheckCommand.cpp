@@ -40,17 +40,14 @@ private:
 };
 
 /// The verdict on one entry: read it, then check it. An entry that cannot be read, or
-/// that runs out of memory, fails with the reason. With `loaded`, the page is also loaded
-/// into it, for the set's check.
+/// that runs out of memory, fails with the reason. With `loaded`, a page that passes is
+/// kept there as its check loaded it, for the set's check.
 CheckReport checkEntry(PageEntry const& entry, LoadOptions const& load, LoadResult* loaded = nullptr) {
     CheckReport report;
     try {
         std::string text;
         PageError readError;
-        if (readPageEntry(entry, text, readError)) {
-            if (loaded != nullptr) *loaded = loadPage(text, entry.source(), load);
-            return checkOwnedPage(std::move(text), entry.source(), load);
-        }
+        if (readPageEntry(entry, text, readError)) return checkOwnedPage(std::move(text), entry.source(), load, loaded);
         report.failures.push_back(std::move(readError));
     } catch (std::bad_alloc const&) {
         report = CheckReport{};
@@ -90,7 +87,7 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     LoadOptions const load{global.strict};
     Progress const progress(entries.size(), global.quiet);
     // Pages are checked on global.jobs threads and reported in order. Several pages are also
-    // checked as a set, from a second load of each page; those that failed their check take no part.
+    // checked as a set, each as its own check loaded it; those that failed their check take no part.
     bool const asSet = entries.size() > 1;
     std::vector<PageInput> const inputs = entryInputs(entries);
     std::vector<CheckReport> reports(entries.size());
@@ -99,7 +96,6 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     std::mutex progressMutex;
     forEachIndex(entries.size(), global.jobs, [&](std::size_t i) {
         reports[i] = checkEntry(entries[i], load, asSet ? &loaded[i] : nullptr);
-        if (!reports[i].passed()) loaded[i] = LoadResult{};
         std::lock_guard const lock(progressMutex);
         progress.step(++done);
     });

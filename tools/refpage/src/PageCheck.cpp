@@ -204,8 +204,9 @@ class PageChecker {
 public:
     PageChecker(std::string_view source, CheckReport& report) : source_(source), report_(report) {}
 
-    /// Checks `text`; releases `owned` (which holds `text` when not null) once it is no longer needed.
-    void check(std::string_view text, std::string* owned, LoadOptions const& options) {
+    /// Checks `text`; releases `owned` (which holds `text` when not null) once it is no longer
+    /// needed. Hands the loaded page to `keep` when given, else releases it as soon as it can.
+    void check(std::string_view text, std::string* owned, LoadOptions const& options, LoadResult* keep) {
         stage_ = "reading the page";
         ParsedPage parsed = parsePage(text, source_, options);
         report_.warnings = std::move(parsed.warnings);
@@ -241,12 +242,14 @@ public:
             std::string().swap(*owned);
             text = {};
         }
-        if (inWrittenForm) return;
         // Otherwise only a digest of the page's values stays beside the written text.
         std::size_t digest = 0;
-        digestValues(hostRecord(loaded.page.get()), digest);
-        loaded = LoadResult{};
-        compareWithWritten(written, digest);
+        if (!inWrittenForm) digestValues(hostRecord(loaded.page.get()), digest);
+        if (keep != nullptr)
+            *keep = std::move(loaded);
+        else
+            loaded = LoadResult{};
+        if (!inWrittenForm) compareWithWritten(written, digest);
     }
 
     std::string_view stage() const { return stage_; }
@@ -294,13 +297,14 @@ private:
     std::string_view stage_;
 };
 
-CheckReport run(std::string_view text, std::string* owned, std::string_view source, LoadOptions const& options) {
+CheckReport runChecked(std::string_view text, std::string* owned, std::string_view source,
+                       LoadOptions const& options, LoadResult* keep) {
     CheckReport report;
     std::string_view stage;
     try {
         PageChecker checker(source, report);
         try {
-            checker.check(text, owned, options);
+            checker.check(text, owned, options, keep);
             return report;
         } catch (std::bad_alloc const&) {
             stage = checker.stage();
@@ -317,20 +321,27 @@ CheckReport run(std::string_view text, std::string* owned, std::string_view sour
     return report;
 }
 
+CheckReport run(std::string_view text, std::string* owned, std::string_view source, LoadOptions const& options,
+                LoadResult* keep) {
+    CheckReport report = runChecked(text, owned, source, options, keep);
+    if (keep != nullptr && !report.passed()) *keep = LoadResult{};
+    return report;
+}
+
 }  // namespace
 
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options) {
-    return run(text, nullptr, source, options);
+    return run(text, nullptr, source, options, nullptr);
 }
 
-CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options) {
+CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options, LoadResult* page) {
     if (text.capacity() - text.size() > text.size() / 4) {
         try {
             text.shrink_to_fit();
         } catch (std::bad_alloc const&) {  // checked as it is
         }
     }
-    return run(text, &text, source, options);
+    return run(text, &text, source, options, page);
 }
 
 }  // namespace refpage

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <refpage/PageError.hpp>
+#include <refpage/PageLoader.hpp>
 #include <refpage/PageParser.hpp>
 #include <string>
 #include <string_view>
@@ -36,6 +37,9 @@ struct CheckReport {
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options = {});
 
 /// The same, taking the text so that it is released as soon as it is no longer needed.
-CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options = {});
+/// With `page`, a page that passes is handed over there, loaded, instead of being released
+/// (for callers that go on with it, such as the check of a doc set); otherwise `page` is left empty.
+CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options = {},
+                           LoadResult* page = nullptr);
 
 }  // namespace refpage

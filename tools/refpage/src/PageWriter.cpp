@@ -148,11 +148,11 @@ private:
                 return;
             case PropertyKind::ObjectArray:
                 array(source.count(entry), level, [&](std::size_t i) {
-                    source.child(entry, i, [this, level](auto const& child) { record(child, level + 1); });
+                    source.child(entry, i, [&](auto const& child) { record(child, level + 1); });
                 });
                 return;
             case PropertyKind::Record:
-                source.child(entry, 0, [this, level](auto const& child) { record(child, level); });
+                source.child(entry, 0, [&](auto const& child) { record(child, level); });
                 return;
         }
     }

@@ -84,12 +84,9 @@ void roundTrip(PropertyTable const& table, std::vector<PreparedValue> const& val
 /// The prepared values of every corpus page.
 using PreparedPages = std::vector<std::vector<PreparedValue>>;
 
-void wholePageThroughHost(benchmark::State& state) {
+/// The timed loop of the round trip over every page of `prepared`, with its allocations per page.
+void roundTripPages(benchmark::State& state, PreparedPages const& prepared) {
     PropertyTable const& table = reference::glue::tableOf<RefItem>();
-    PreparedPages prepared;
-    for (auto const& entry : bench::corpus()) {
-        prepared.push_back(prepare(table, entry.page));
-    }
     bench::AllocationMeter const meter;
     for (auto _ : state) {
         for (auto const& values : prepared) {
@@ -99,6 +96,15 @@ void wholePageThroughHost(benchmark::State& state) {
         }
     }
     meter.report(state, static_cast<double>(prepared.size()));
+}
+
+void wholePageThroughHost(benchmark::State& state) {
+    PropertyTable const& table = reference::glue::tableOf<RefItem>();
+    PreparedPages prepared;
+    for (auto const& entry : bench::corpus()) {
+        prepared.push_back(prepare(table, entry.page));
+    }
+    roundTripPages(state, prepared);
     bench::reportTimePerOperation(state, static_cast<double>(prepared.size()));
 }
 
@@ -157,17 +163,8 @@ ThreadPages const& pagesForThread(int thread) {
 /// The round trip of wholePageThroughHost on each of the benchmark's threads, over that
 /// thread's own pages. "items_per_second": pages per second of all threads together.
 void wholePageOnThreads(benchmark::State& state) {
-    PropertyTable const& table = reference::glue::tableOf<RefItem>();
     PreparedPages const& prepared = pagesForThread(state.thread_index()).prepared;
-    bench::AllocationMeter const meter;
-    for (auto _ : state) {
-        for (auto const& values : prepared) {
-            RefItem page;
-            roundTrip(table, values, page);
-            benchmark::ClobberMemory();
-        }
-    }
-    meter.report(state, static_cast<double>(prepared.size()));
+    roundTripPages(state, prepared);
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(prepared.size()));
 }
 

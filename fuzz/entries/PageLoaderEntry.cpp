@@ -2,7 +2,7 @@
 // errors, each with its line and column, or yields a page, never throws and
 // never leaks host values; a page that loads passes every round trip of the
 // page check (read back the same through the host and the native getters,
-// written out and loaded again, copied).
+// written out and read again, copied).
 #include "FuzzCheck.hpp"
 #include "FuzzEntries.hpp"
 

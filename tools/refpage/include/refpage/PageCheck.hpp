@@ -1,5 +1,5 @@
 // Checking that a page survives the host: loaded, read back two ways, copied,
-// written out and loaded again, it always compares equal to its input.
+// written out and read again, it always compares equal to its input.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ namespace refpage {
 inline constexpr std::string_view readThroughHost = "read through the host getters";
 inline constexpr std::string_view readThroughNative = "read through the native getters";
 inline constexpr std::string_view copied = "copy() of the page";
-inline constexpr std::string_view reloaded = "written out and loaded again";
+inline constexpr std::string_view reloaded = "written out and read again";
 
 struct CheckReport {
     PageErrors failures;

@@ -242,7 +242,8 @@ public:
             std::string().swap(*owned);
             text = {};
         }
-        // Otherwise only a digest of the page's values stays beside the written text.
+        // Otherwise the written text is read back against a digest of the page's values, and
+        // the page is released (or handed over) before that reading.
         std::size_t digest = 0;
         if (!inWrittenForm) digestValues(hostRecord(loaded.page.get()), digest);
         if (keep != nullptr)

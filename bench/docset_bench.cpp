@@ -13,10 +13,11 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <refpage/DocSet.hpp>
-#include <refpage/LookupIndex.hpp>
-#include <refpage/PageCheck.hpp>
-#include <refpage/ParallelLoad.hpp>
+#include <refpage/docset/DocSet.hpp>
+#include <refpage/docset/LookupIndex.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/support/Parallel.hpp>
 #include <utf8.h>
 #include <string>
 #include <vector>

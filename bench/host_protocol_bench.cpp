@@ -11,7 +11,7 @@
 #include "support/Registration.hpp"
 
 #include <reference/glue/PropertyTable.hpp>
-#include <refpage/PageLoader.hpp>
+#include <refpage/format/Loader.hpp>
 
 #include <algorithm>
 #include <array>

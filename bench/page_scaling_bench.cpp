@@ -8,9 +8,9 @@
 
 #include <fmt/format.h>
 
-#include <refpage/PageCheck.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageParser.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Parser.hpp>
 #include <string>
 #include <vector>
 

@@ -9,10 +9,10 @@
 #include "support/Corpus.hpp"
 #include "support/Registration.hpp"
 
-#include <refpage/PageCheck.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/Json.hpp>
-#include <refpage/PageParser.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Json.hpp>
+#include <refpage/format/Parser.hpp>
 
 #include <vector>
 

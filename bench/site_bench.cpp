@@ -8,10 +8,10 @@
 
 #include <atomic>
 #include <filesystem>
-#include <refpage/PageCheck.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/Site.hpp>
-#include <refpage/SitePaths.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/site/Site.hpp>
+#include <refpage/site/Paths.hpp>
 #include <thread>
 #include <vector>
 

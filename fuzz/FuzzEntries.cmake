@@ -5,7 +5,7 @@ function(refprop_add_fuzz_entries target)
   add_library(${target} STATIC ${entry_sources})
   # tests/ for the host values and property tables the tests share (tests/support).
   target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/fuzz/entries ${PROJECT_SOURCE_DIR}/tests)
-  target_link_libraries(${target} PUBLIC refpage_pages reference_glue reference_property)
+  target_link_libraries(${target} PUBLIC refpage_format reference_glue reference_property)
   refprop_warnings(${target})
 endfunction()
 

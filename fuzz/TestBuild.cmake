@@ -15,6 +15,6 @@ endforeach()
 
 foreach(test_target IN ITEMS fault_sweep_test concurrency_test)
   if(TARGET ${test_target})
-    target_link_libraries(${test_target} PRIVATE refpage_pages)
+    target_link_libraries(${test_target} PRIVATE refpage_format)
   endif()
 endforeach()

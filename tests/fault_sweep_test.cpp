@@ -8,7 +8,7 @@
 #include "support/HostTest.hpp"
 #include "support/TestPages.hpp"
 
-#include <refpage/PageParser.hpp>
+#include <refpage/format/Parser.hpp>
 
 #include <ovrin/testing.hpp>
 

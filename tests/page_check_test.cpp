@@ -5,9 +5,9 @@
 
 #include <cstdlib>
 #include <new>
-#include <refpage/PageCheck.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageWriter.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Writer.hpp>
 #include <string>
 
 #include "RecordViews.hpp"

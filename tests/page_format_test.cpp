@@ -8,9 +8,9 @@
 
 #include <fstream>
 #include <reference/property/RefItem.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageParser.hpp>
-#include <refpage/PageWriter.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Parser.hpp>
+#include <refpage/format/Writer.hpp>
 #include <sstream>
 #include <string>
 

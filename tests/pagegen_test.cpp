@@ -5,7 +5,7 @@
 #include "support/TestPages.hpp"
 
 #include <pagegen/PageGen.hpp>
-#include <refpage/PageCheck.hpp>
+#include <refpage/format/Check.hpp>
 
 #include <nlohmann/json.hpp>
 #include <utf8.h>

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <reference/glue/Enumerations.hpp>
-#include <refpage/Json.hpp>
+#include <refpage/format/Json.hpp>
 #include <regex>
 #include <sstream>
 #include <string>

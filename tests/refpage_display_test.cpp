@@ -2,10 +2,11 @@
 // cells within their width, lines and indentation kept, page text escaped.
 #include <gtest/gtest.h>
 
-#include <refpage/DisplayWidth.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageLookup.hpp>
-#include <refpage/TextTable.hpp>
+#include <refpage/terminal/DisplayWidth.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Lookup.hpp>
+#include <refpage/terminal/PageView.hpp>
+#include <refpage/terminal/TextTable.hpp>
 #include <utf8.h>
 #include <sstream>
 #include <string>

@@ -12,10 +12,11 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
-#include <refpage/DocSet.hpp>
-#include <refpage/Json.hpp>
-#include <refpage/LookupIndex.hpp>
-#include <refpage/ParallelLoad.hpp>
+#include <refpage/docset/DocSet.hpp>
+#include <refpage/format/Json.hpp>
+#include <refpage/docset/LookupIndex.hpp>
+#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/support/Parallel.hpp>
 #include <regex>
 #include <string>
 #include <vector>
@@ -423,7 +424,7 @@ TEST_F(GeneratedSetTest, TheSiteScriptRanksExactlyAsFind) {
         "const data = require({});\nconst {{ rankEntries }} = require({});\n"
         "for (const query of JSON.parse(process.argv[2]))\n"
         "  console.log(JSON.stringify(rankEntries(data, query, 0).map((hit) => hit.entry.name + '|' + hit.tier)));\n",
-        refpage::Json(data).dump(), refpage::Json(REFPROP_SOURCE_DIR "/tools/refpage/site/search-rank.js").dump()));
+        refpage::Json(data).dump(), refpage::Json(REFPROP_SOURCE_DIR "/tools/refpage/site/assets/search-rank.js").dump()));
     ToolRun const script = testvalues::runShell(
         fmt::format("node {} {}", driver.string(), shellQuoted(refpage::Json(queries).dump())));
     ASSERT_EQ(script.status, 0) << script.output;

@@ -8,7 +8,7 @@
 
 #include <cstring>
 #include <filesystem>
-#include <refpage/PageSource.hpp>
+#include <refpage/format/Inputs.hpp>
 #include <string>
 #include <vector>
 

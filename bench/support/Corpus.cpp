@@ -4,7 +4,7 @@
 #include "support/Corpus.hpp"
 
 #include <pagegen/PageGen.hpp>
-#include <refpage/PageLoader.hpp>
+#include <refpage/format/Loader.hpp>
 
 #include <algorithm>
 #include <filesystem>

@@ -6,8 +6,8 @@
 #include "FuzzCheck.hpp"
 #include "FuzzEntries.hpp"
 
-#include <refpage/PageCheck.hpp>
-#include <refpage/PageLoader.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/Loader.hpp>
 
 #include <ovrin/testing.hpp>
 

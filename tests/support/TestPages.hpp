@@ -3,7 +3,7 @@
 // page library (loadNative); testPage alone needs only the test support.
 #pragma once
 
-#include <refpage/PageLoader.hpp>
+#include <refpage/format/Loader.hpp>
 
 #include <reference/property/RefItem.hpp>
 

@@ -5,11 +5,12 @@
 #include <cstdio>
 #include <memory>
 #include <mutex>
-#include <refpage/DocSet.hpp>
-#include <refpage/ParallelLoad.hpp>
+#include <refpage/docset/DocSet.hpp>
+#include <refpage/format/ParallelLoad.hpp>
 #include <new>
-#include <refpage/PageCheck.hpp>
-#include <refpage/PageSource.hpp>
+#include <refpage/format/Check.hpp>
+#include <refpage/format/Inputs.hpp>
+#include <refpage/support/Parallel.hpp>
 #include <string>
 #include <vector>
 

@@ -3,7 +3,7 @@
 #include <fmt/format.h>
 
 #include <cstdio>
-#include <refpage/TextEscape.hpp>
+#include <refpage/support/Escape.hpp>
 #include <string>
 
 namespace refpage {

@@ -1,7 +1,7 @@
 // Messages about pages on standard error, one line each, safe for a terminal.
 #pragma once
 
-#include <refpage/PageError.hpp>
+#include <refpage/format/PageError.hpp>
 #include <string_view>
 
 namespace refpage {

@@ -1,7 +1,7 @@
 #include <memory>
-#include <refpage/SiteDocset.hpp>
+#include <refpage/site/DocsetBundle.hpp>
 
-#include <refpage/LookupIndex.hpp>
+#include <refpage/docset/LookupIndex.hpp>
 #include "Commands.hpp"
 #include "SiteInputs.hpp"
 

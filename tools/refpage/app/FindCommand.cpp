@@ -4,11 +4,11 @@
 #include <optional>
 #include <reference/property/FunctionType.hpp>
 #include <reference/property/RefEntityType.hpp>
-#include <refpage/Json.hpp>
-#include <refpage/LookupIndex.hpp>
-#include <refpage/ParallelLoad.hpp>
-#include <refpage/TextEscape.hpp>
-#include <refpage/TextTable.hpp>
+#include <refpage/format/Json.hpp>
+#include <refpage/docset/LookupIndex.hpp>
+#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/support/Escape.hpp>
+#include <refpage/terminal/TextTable.hpp>
 #include <string>
 #include <vector>
 

@@ -2,9 +2,9 @@
 
 #include <chrono>
 #include <memory>
-#include <refpage/LookupIndex.hpp>
-#include <refpage/ParallelLoad.hpp>
-#include <refpage/TextEscape.hpp>
+#include <refpage/docset/LookupIndex.hpp>
+#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/support/Escape.hpp>
 #include <string>
 #include <vector>
 

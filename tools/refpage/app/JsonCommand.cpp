@@ -1,14 +1,14 @@
 #include <fmt/format.h>
 
 #include <memory>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageWriter.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Writer.hpp>
+#include <refpage/support/AtomicFile.hpp>
 #include <string>
 
 #include "Commands.hpp"
 #include "Diagnostics.hpp"
 #include "NamedPages.hpp"
-#include "Output.hpp"
 
 namespace refpage {
 

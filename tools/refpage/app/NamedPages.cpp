@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <new>
-#include <refpage/PageSource.hpp>
+#include <refpage/format/Inputs.hpp>
 
 namespace refpage {
 

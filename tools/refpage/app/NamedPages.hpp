@@ -1,8 +1,8 @@
 // Pages as the commands take them: a file, "-" for standard input, or an entry of a walk.
 #pragma once
 
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageSource.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/Inputs.hpp>
 #include <string>
 #include <vector>
 

@@ -1,8 +1,8 @@
 #include <fmt/format.h>
 
 #include <memory>
-#include <refpage/PageLoader.hpp>
-#include <refpage/PageLookup.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/terminal/PageView.hpp>
 #include <string>
 
 #include "Commands.hpp"

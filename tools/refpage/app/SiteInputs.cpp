@@ -3,8 +3,8 @@
 #include <fmt/format.h>
 
 #include <atomic>
-#include <refpage/PageSource.hpp>
-#include <refpage/TextEscape.hpp>
+#include <refpage/format/Inputs.hpp>
+#include <refpage/support/Escape.hpp>
 #include <thread>
 
 #include "Diagnostics.hpp"

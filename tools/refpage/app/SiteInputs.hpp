@@ -3,8 +3,8 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <refpage/PageLoader.hpp>
-#include <refpage/Site.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/site/Site.hpp>
 #include <string>
 #include <vector>
 

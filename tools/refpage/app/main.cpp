@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <exception>
 #include <sstream>
-#include <refpage/TextEscape.hpp>
+#include <refpage/support/Escape.hpp>
 #include <string>
 #include <system_error>
 #include <thread>

@@ -1,0 +1,107 @@
+// The lookup index of a doc set: one lookup record per entity of every page, in
+// an SQLite database that `find` queries and that serves as a docset's search
+// index as it is (its searchIndex table).
+//
+// Schema (user_version 1):
+//   lookup(id INTEGER PRIMARY KEY, name, last, entity_type, function_type, purpose, deprecated, href, page_file)
+//     one row per entity; `last` is the name after its last '.'; ids in page order, then entity order
+//   lookup_text: FTS5 over (name, purpose), rowid = lookup.id, tokenizer fullTextTokenizer
+//   searchIndex(id INTEGER PRIMARY KEY, name TEXT, type TEXT, path TEXT) with
+//     UNIQUE INDEX anchor ON searchIndex (name, type, path): type from dashEntryType, path = href
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <reference/property/FunctionType.hpp>
+#include <reference/property/RefEntityType.hpp>
+#include <reference/property/RefItemLookup.hpp>
+#include <refpage/docset/DocSet.hpp>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace refpage {
+
+/// What a database, a file or SQLite itself refused; the message names the file.
+class LookupIndexError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// One entity of one page.
+struct LookupEntry {
+    reference::property::RefItemLookup lookup;  ///< made by RecordProducer::makeRefItemLookup
+    std::size_t page = 0;                       ///< index into the DocSet's pages
+    std::string source;                         ///< the page's file
+};
+
+/// One lookup per entity of every page, in page order then entity order: the entity's name,
+/// type and function type, the page's purpose and Href, deprecated when the page's status is
+/// not Current. A page without entities has no entry.
+std::vector<LookupEntry> lookupEntries(DocSet const& set);
+
+/// The docset entry type of an entity type, from one table:
+///   Function, C, Cpp -> Function; Class; Method; Constructor; Property, Properties -> Property;
+///   Object, SysObj -> Object; Package; Settings -> Setting; Keyword; Block, ReportGen,
+///   CorvaneBlock, Tessark -> Component; ModelCheck, RuntimeCheck -> Test; QuillpadTask,
+///   ModelGuideline -> Guide; CorvaneLanguage -> Statement; ConfigParam -> Parameter;
+///   AnalysisOpt -> Option; App -> Service; Tool -> Command; Scene -> Sample;
+///   Unknown and numbers that name no member -> Entry.
+std::string_view dashEntryType(reference::property::RefEntityType::Value type) noexcept;
+
+/// Writes the index of `entries` to `path` atomically: a new file "PATH.tmp-XXXXXX" beside it,
+/// one transaction, then a rename over `path`. On failure `path` is untouched and the new file removed.
+void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry const> entries);
+
+/// One ranked match of a query. Texts are UTF-8.
+struct LookupHit {
+    std::string name;
+    reference::property::RefEntityType::Value type = reference::property::RefEntityType::Unknown;
+    reference::property::FunctionType::Value functionType = reference::property::FunctionType::getDefaultValue();
+    std::string purpose;
+    bool deprecated = false;
+    std::string href;
+    std::string pageFile;
+    std::string_view tier;  ///< the key of the tier it ranked in (static storage)
+    double score = 0;       ///< BM25 in the full-text tier (lower is better), else 0
+};
+
+/// An open lookup index. Not safe to share between threads.
+class LookupIndex {
+public:
+    /// Opens an index file read-only; throws LookupIndexError for a missing file or one that is no index.
+    static LookupIndex open(std::filesystem::path const& path);
+    /// The same index, built in memory.
+    static LookupIndex inMemory(std::span<LookupEntry const> entries);
+
+    LookupIndex(LookupIndex&&) noexcept;
+    LookupIndex& operator=(LookupIndex&&) noexcept;
+    ~LookupIndex();
+
+    /// Every entry `query` matches, ranked (SearchRanking.hpp); at most `limit` of them, 0: all.
+    /// The query is text, never query syntax. An empty query matches nothing.
+    std::vector<LookupHit> find(std::string_view query, std::size_t limit = 0) const;
+
+    /// The number of entries.
+    std::size_t size() const;
+
+    /// Everything the search script needs, as JSON: {"ranking": rankingDescription(), "entries": [{"name",
+    /// "type" (docset entry type), "entityType", "functionType", "purpose", "deprecated", "href", "page",
+    /// "words": [[name words], [purpose words]]}]} with entries in id order and words as the full-text
+    /// index holds them (case folded).
+    std::string searchData() const;
+
+private:
+    struct Impl;
+    explicit LookupIndex(std::unique_ptr<Impl> impl);
+    std::unique_ptr<Impl> impl_;
+};
+
+/// A script for the browser: `const refpageSearchData = <searchData()>;`, and for node the
+/// same object as module.exports.
+std::string searchIndexScript(LookupIndex const& index);
+
+}  // namespace refpage

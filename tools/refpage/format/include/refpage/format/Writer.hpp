@@ -1,0 +1,25 @@
+// Writing a page as canonical JSON: every key in table order, one-space indent,
+// UTF-8 kept as is, enumeration members by their keys ("usage") and numbers that
+// name no member (or a member whose key is empty) as numbers.
+#pragma once
+
+#include <ovrin/ocos.hpp>
+#include <cstddef>
+#include <refpage/format/Json.hpp>
+#include <string>
+
+namespace refpage {
+
+/// The page held by a RefItem host object, read through the host getters and written
+/// straight to text (no JSON value of the page is built). Throws utf8::exception for a
+/// text holding an unpaired surrogate. `sizeHint` is reserved first (say, the size of the
+/// text the page was loaded from), so that a page about that size is written without regrowing.
+std::string pageText(oxArray_tag const* page, std::size_t sizeHint = 0);
+
+/// pageText parsed back, for callers that inspect the values.
+Json pageToJson(oxArray_tag const* page);
+
+/// The text the tool writes for `json`: one-space indent, UTF-8 kept as is.
+std::string jsonText(Json const& json);
+
+}  // namespace refpage

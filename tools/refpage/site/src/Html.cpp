@@ -1,0 +1,147 @@
+#include <refpage/site/Html.hpp>
+#include <refpage/support/Escape.hpp>
+#include <vector>
+
+namespace refpage {
+
+namespace {
+
+constexpr std::string_view replacement = "\xef\xbf\xbd";
+
+/// Length of the valid UTF-8 sequence at `text[i]`, or 0.
+std::size_t utf8Length(std::string_view text, std::size_t i) {
+    auto const byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
+    unsigned char const lead = byte(i);
+    std::size_t length = 0;
+    char32_t min = 0;
+    char32_t code = 0;
+    if (lead < 0x80) return 1;
+    if (lead >= 0xc2 && lead <= 0xdf) length = 2, min = 0x80, code = lead & 0x1f;
+    else if (lead >= 0xe0 && lead <= 0xef) length = 3, min = 0x800, code = lead & 0x0f;
+    else if (lead >= 0xf0 && lead <= 0xf4) length = 4, min = 0x10000, code = lead & 0x07;
+    else return 0;
+    if (i + length > text.size()) return 0;
+    for (std::size_t k = 1; k < length; ++k) {
+        if ((byte(i + k) & 0xc0) != 0x80) return 0;
+        code = (code << 6) | (byte(i + k) & 0x3f);
+    }
+    if (code < min || code > 0x10ffff || (code >= 0xd800 && code <= 0xdfff)) return 0;
+    return length;
+}
+
+bool blankLine(std::string_view line) {
+    return line.find_first_not_of(" \t\r") == std::string_view::npos;
+}
+
+bool preformattedLine(std::string_view line) {
+    if (!line.empty() && (line.front() == ' ' || line.front() == '\t')) return true;
+    return line.size() >= 3 && line.find_first_not_of("=- ") == std::string_view::npos &&
+           line.find_first_of("=-") != std::string_view::npos;
+}
+
+}  // namespace
+
+std::string escapeHtml(std::string_view text) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 8);
+    for (std::size_t i = 0; i < text.size();) {
+        char const c = text[i];
+        std::size_t const length = utf8Length(text, i);
+        if (length == 0) {
+            out += replacement;
+            ++i;
+            continue;
+        }
+        if (length > 1) {
+            // C1 controls (U+0080..U+009F) are two bytes starting with 0xC2.
+            bool const c1 = length == 2 && static_cast<unsigned char>(c) == 0xc2 &&
+                            static_cast<unsigned char>(text[i + 1]) < 0xa0;
+            if (c1) out += replacement;
+            else out.append(text.substr(i, length));
+            i += length;
+            continue;
+        }
+        switch (c) {
+            case '&': out += "&amp;"; break;
+            case '<': out += "&lt;"; break;
+            case '>': out += "&gt;"; break;
+            case '"': out += "&quot;"; break;
+            case '\'': out += "&#39;"; break;
+            case '\t':
+            case '\n': out += c; break;
+            default:
+                if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) out += replacement;
+                else out += c;
+        }
+        ++i;
+    }
+    return out;
+}
+
+std::string descriptionHtml(std::string_view text) {
+    std::vector<std::string_view> lines;
+    for (std::size_t start = 0; start <= text.size();) {
+        std::size_t end = text.find('\n', start);
+        if (end == std::string_view::npos) end = text.size();
+        std::string_view line = text.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        lines.push_back(line);
+        start = end + 1;
+    }
+    struct Block {
+        std::size_t first, last;  ///< line range [first, last)
+        bool pre;
+    };
+    std::vector<Block> blocks;
+    for (std::size_t i = 0; i < lines.size();) {
+        if (blankLine(lines[i])) {
+            ++i;
+            continue;
+        }
+        Block block{i, i, false};
+        while (block.last < lines.size() && !blankLine(lines[block.last])) {
+            block.pre = block.pre || preformattedLine(lines[block.last]);
+            ++block.last;
+        }
+        blocks.push_back(block);
+        i = block.last;
+    }
+    std::string out;
+    for (std::size_t b = 0; b < blocks.size(); ++b) {
+        Block const& block = blocks[b];
+        if (!block.pre) {
+            out += "<p>";
+            for (std::size_t i = block.first; i < block.last; ++i) {
+                if (i != block.first) out += '\n';
+                out += escapeHtml(lines[i]);
+            }
+            out += "</p>\n";
+            continue;
+        }
+        // Neighbouring preformatted blocks, with the blank lines between them, make one <pre>.
+        std::size_t end = b;
+        while (end + 1 < blocks.size() && blocks[end + 1].pre) ++end;
+        out += "<pre>";
+        for (std::size_t i = block.first; i < blocks[end].last; ++i) {
+            if (i != block.first) out += '\n';
+            out += escapeHtml(lines[i]);
+        }
+        out += "</pre>\n";
+        b = end;
+    }
+    return out;
+}
+
+bool isWebUrl(std::string_view url) {
+    std::size_t const colon = url.find(':');
+    if (colon == std::string_view::npos) return false;
+    std::string scheme;
+    for (char c : url.substr(0, colon)) scheme += (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
+    if (scheme != "http" && scheme != "https") return false;
+    if (!url.substr(colon + 1).starts_with("//") || url.size() <= colon + 3) return false;
+    for (unsigned char c : url)
+        if (c <= 0x20 || c == 0x7f || c == '\\') return false;
+    return true;
+}
+
+}  // namespace refpage

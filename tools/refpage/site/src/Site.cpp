@@ -1,0 +1,216 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <fstream>
+#include <map>
+#include <set>
+#include <nlohmann/json.hpp>
+#include <reference/property/RecordProducer.hpp>
+#include <refpage/format/Lookup.hpp>
+#include <refpage/site/Html.hpp>
+#include <refpage/site/Site.hpp>
+#include <refpage/site/Paths.hpp>
+#include <refpage/support/Escape.hpp>
+#include <thread>
+#include <utf8.h>
+
+#include "Mustache.hpp"
+
+namespace refpage {
+
+using namespace reference::property;
+
+namespace {
+
+std::string lowered(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return text;
+}
+
+std::filesystem::path sitePath(std::filesystem::path const& root, std::string_view path) {
+    return root / std::filesystem::path(std::u8string(path.begin(), path.end()));
+}
+
+/// Makes the folder of every path once, before any file is written; an error names the folder.
+void makeFolders(std::filesystem::path const& root, std::vector<std::string> const& paths, PageErrors& errors) {
+    std::set<std::filesystem::path> folders{root, sitePath(root, siteAssetFolder)};
+    for (auto const& path : paths) folders.insert(sitePath(root, path).parent_path());
+    for (auto const& folder : folders) {
+        std::error_code ec;
+        std::filesystem::create_directories(folder, ec);
+        if (ec) errors.push_back({folder.string(), "", fmt::format("cannot make the folder: {}", ec.message())});
+    }
+}
+
+/// Writes `text` to `root / path`, whose folder exists; an error names the file.
+bool writeFile(std::filesystem::path const& root, std::string_view path, std::string const& text, PageErrors& errors) {
+    std::filesystem::path const file = sitePath(root, path);
+    std::ofstream out(file, std::ios::binary | std::ios::trunc);
+    out.write(text.data(), static_cast<std::streamsize>(text.size()));
+    out.close();
+    if (!out) {
+        errors.push_back({file.string(), "", "cannot write"});
+        return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+SiteReport planSite(std::span<SitePageInput const> pages) {
+    std::vector<std::string> hrefs, names;
+    for (auto const& input : pages) {
+        hrefs.push_back(lenientUtf8(input.page->getHref()));
+        names.push_back(sitePageTitle(*input.page));
+    }
+    PagePathAssignment assignment = assignPagePaths(hrefs, names);
+    SiteReport report;
+    for (std::size_t i : assignment.derived) {
+        std::string const why = hrefs[i].empty()                ? "the page has no Href"
+                                : safePagePath(hrefs[i]) ? "another page has the same Href"
+                                                         : fmt::format("Href {} is not a safe relative .html path",
+                                                                       refpage::quoted(hrefs[i]));
+        report.warnings.push_back(
+            {pages[i].source, "/Href", fmt::format("{}; written as {}", why, refpage::quoted(assignment.paths[i]))});
+    }
+    report.paths = std::move(assignment.paths);
+    return report;
+}
+
+std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<std::string> const& paths,
+                            SiteOptions const& options) {
+    struct Entry {
+        std::string title, purpose;
+        bool deprecated;
+        std::size_t page;
+    };
+    // Sorted by package, then title, then page order, ignoring ASCII case first.
+    std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        RefItem const& page = *pages[i].page;
+        std::string const package = lenientUtf8(page.getPackageName());
+        auto& slot = packages[{package.empty() ? 1 : 0, lowered(package) + '\0' + package}];
+        slot.first = package.empty() ? "Other pages" : package;
+        slot.second.push_back({sitePageTitle(page), lenientUtf8(page.getPurpose()),
+                               page.getDeprecationStatus() != DeprecationStatus::Current, i});
+    }
+    mstch::array packageData;
+    std::size_t const pageCount = pages.size();
+    for (auto& [key, package] : packages) {
+        auto& entries = package.second;
+        std::stable_sort(entries.begin(), entries.end(), [](Entry const& a, Entry const& b) {
+            return std::pair(lowered(a.title), a.title) < std::pair(lowered(b.title), b.title);
+        });
+        mstch::array entryData;
+        for (auto const& entry : entries) {
+            mstch::map item{{"name", entry.title},
+                            {"href", relativeUrl(siteIndexPath, paths[entry.page])},
+                            {"deprecated", entry.deprecated}};
+            if (!entry.purpose.empty()) item["purpose"] = entry.purpose;
+            entryData.push_back(std::move(item));
+        }
+        packageData.push_back(mstch::map{{"name", package.first}, {"entries", std::move(entryData)}});
+    }
+    mstch::map data{{"lang", options.lang},
+                    {"root", std::string()},
+                    {"csp", std::string(siteContentSecurityPolicy)},
+                    {"siteTitle", options.title},
+                    {"pageCount", std::to_string(pageCount)},
+                    {"packageCount", std::to_string(packages.size())},
+                    {"packages", std::move(packageData)}};
+    return renderMustache(options.templates.index, data, options.templates);
+}
+
+DocSet siteDocSet(std::span<SitePageInput const> pages) {
+    std::vector<DocSetPage> setPages;
+    setPages.reserve(pages.size());
+    for (auto const& page : pages) setPages.push_back(DocSetPage{page.source, {}, page.page});
+    return DocSet(std::move(setPages));
+}
+
+SiteLinkResolver siteLinkResolver(DocSet const& set) {
+    return [&set](std::string_view link) -> SiteLink {
+        LinkTarget target = set.resolve(link);
+        switch (target.kind) {
+            case LinkTarget::Kind::Page: return {SiteLink::Kind::Page, target.page, std::move(target.fragment)};
+            case LinkTarget::Kind::External: return {SiteLink::Kind::External, 0, {}};
+            case LinkTarget::Kind::Unresolved: return {SiteLink::Kind::Unresolved, 0, {}};
+            case LinkTarget::Kind::SamePage:  // the page renders fragment-only links itself
+            case LinkTarget::Kind::Empty: break;
+        }
+        return {};
+    };
+}
+
+std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths) {
+    std::vector<LookupEntry> entries = lookupEntries(set);
+    for (auto& entry : entries) {
+        RefItemLookup const& lookup = entry.lookup;
+        entry.lookup = RecordProducer::makeRefItemLookup(lookup.getName(), lookup.getType(), lookup.getPurpose(),
+                                                         lookup.isDeprecated(),
+                                                         utf8::utf8to16(percentEncode(paths[entry.page])),
+                                                         lookup.getFunctionType());
+    }
+    return entries;
+}
+
+std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vector<std::string> const& paths) {
+    DocSet const set = siteDocSet(pages);
+    std::vector<LookupEntry> const entries = lookupEntries(set);
+    nlohmann::json data = nlohmann::json::parse(LookupIndex::inMemory(entries).searchData());
+    auto& listed = data["entries"];
+    for (std::size_t i = 0; i < entries.size() && i < listed.size(); ++i)
+        listed[i]["path"] = percentEncode(paths[entries[i].page]);
+    return "window.refpageSearchIndex = " + data.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) +
+           ";\n";
+}
+
+SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
+                     SiteOptions const& options) {
+    SiteReport report = planSite(pages);
+    makeFolders(options.output, report.paths, report.errors);
+    std::vector<RenderedPage> rendered(pages.size());
+    std::vector<PageErrors> pageErrors(pages.size());
+    std::atomic<std::size_t> next{0};
+    auto work = [&] {
+        for (std::size_t i = next++; i < pages.size(); i = next++) {
+            try {
+                SitePageView const view{i, report.paths[i], &report.paths, &resolve, options.title, options.lang};
+                rendered[i] = renderSitePage(*pages[i].page, view, options.templates);
+                writeFile(options.output, report.paths[i], rendered[i].html, pageErrors[i]);
+                rendered[i].html.clear();
+                rendered[i].html.shrink_to_fit();
+            } catch (std::exception const& e) {
+                pageErrors[i].push_back({pages[i].source, "", fmt::format("cannot render: {}", e.what())});
+            }
+        }
+    };
+    unsigned const threads = std::clamp<unsigned>(options.jobs, 1, 256);
+    std::vector<std::jthread> workers;
+    for (unsigned t = 1; t < threads && t < pages.size(); ++t) workers.emplace_back(work);
+    work();
+    workers.clear();
+
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        for (auto const& pointer : rendered[i].unresolved)
+            report.warnings.push_back({pages[i].source, pointer, "link leads to no page of the set; shown as text"});
+        report.unresolvedLinks += rendered[i].unresolved.size();
+        for (auto& error : pageErrors[i]) report.errors.push_back(std::move(error));
+    }
+    try {
+        writeFile(options.output, siteIndexPath, renderSiteIndex(pages, report.paths, options), report.errors);
+    } catch (std::exception const& e) {
+        report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});
+    }
+    std::string const assets(siteAssetFolder);
+    writeFile(options.output, assets + "style.css", options.templates.style, report.errors);
+    writeFile(options.output, assets + "search.js", options.templates.script, report.errors);
+    writeFile(options.output, assets + "search-rank.js", options.templates.rank, report.errors);
+    writeFile(options.output, assets + "search-index.js", siteSearchIndexScript(pages, report.paths), report.errors);
+    return report;
+}
+
+}  // namespace refpage

@@ -6,6 +6,7 @@
 #include <map>
 #include <refpage/docset/DocSet.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/Text.hpp>
 #include <utf8.h>
 #include <utility>
 
@@ -64,9 +65,6 @@ std::vector<PageLink> linksOf(RefItem const& page) {
     return links;
 }
 
-std::string utf8(std::u16string const& text) {
-    return lenientUtf8(text);
-}
 
 }  // namespace
 

@@ -1,13 +1,13 @@
 #include <fmt/format.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 #include <array>
 #include <reference/property/DeprecationStatus.hpp>
 #include <reference/property/RecordProducer.hpp>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/docset/SearchRanking.hpp>
+#include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/Text.hpp>
 #include <utf8.h>
 #include <system_error>
 
@@ -21,9 +21,6 @@ namespace {
 
 constexpr int schemaVersion = 1;
 
-std::string utf8(std::u16string const& text) {
-    return lenientUtf8(text);
-}
 
 std::string lastComponent(std::string const& name) {
     auto const dot = name.rfind('.');
@@ -81,33 +78,6 @@ void fill(sqlite::Database const& db, std::span<LookupEntry const> entries) {
     db.execute("COMMIT");
 }
 
-/// Removes the file unless released; for the new file of an atomic write.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(std::filesystem::path path) : path_(std::move(path)) {}
-    TemporaryFile(TemporaryFile const&) = delete;
-    TemporaryFile& operator=(TemporaryFile const&) = delete;
-    ~TemporaryFile() {
-        std::error_code ignored;
-        if (!path_.empty()) std::filesystem::remove(path_, ignored);
-    }
-    std::filesystem::path const& path() const noexcept { return path_; }
-    void release() noexcept { path_.clear(); }
-
-private:
-    std::filesystem::path path_;
-};
-
-TemporaryFile newFileBeside(std::filesystem::path const& path) {
-    std::string pattern = path.string() + ".tmp-XXXXXX";
-    int const fd = mkstemp(pattern.data());
-    if (fd < 0)
-        throw LookupIndexError(fmt::format("{}: cannot create a file beside it: {}", refpage::quoted(path.string()),
-                                           std::generic_category().message(errno)));
-    close(fd);
-    return TemporaryFile(pattern);
-}
-
 }  // namespace
 
 std::vector<LookupEntry> lookupEntries(DocSet const& set) {
@@ -161,19 +131,20 @@ std::string_view dashEntryType(RefEntityType::Value type) noexcept {
 }
 
 void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry const> entries) {
-    TemporaryFile file = newFileBeside(path);
     try {
-        sqlite::Database const db(file.path().string(), SQLITE_OPEN_READWRITE);
-        db.execute("PRAGMA journal_mode = OFF");  // a failed write leaves only the new file, which goes
-        createSchema(db);
-        fill(db, entries);
-    } catch (sqlite::SqliteError const& e) {
-        throw LookupIndexError(fmt::format("{}: {}", refpage::quoted(file.path().string()), e.what()));
+        AtomicFile file(path);
+        try {
+            sqlite::Database const db(file.path().string(), SQLITE_OPEN_READWRITE);
+            db.execute("PRAGMA journal_mode = OFF");  // a failed write leaves only the new file, which goes
+            createSchema(db);
+            fill(db, entries);
+        } catch (sqlite::SqliteError const& e) {
+            throw LookupIndexError(fmt::format("{}: {}", refpage::quoted(file.path().string()), e.what()));
+        }
+        file.commit();
+    } catch (FileError const& e) {
+        throw LookupIndexError(e.what());
     }
-    std::error_code error;
-    std::filesystem::rename(file.path(), path, error);
-    if (error) throw LookupIndexError(fmt::format("{}: cannot replace it: {}", refpage::quoted(path.string()), error.message()));
-    file.release();
 }
 
 struct LookupIndex::Impl {

@@ -8,6 +8,7 @@
 #include <reference/glue/Properties.hpp>
 #include <refpage/format/Check.hpp>
 #include <refpage/format/Loader.hpp>
+#include <refpage/support/TextPosition.hpp>
 #include <refpage/format/Writer.hpp>
 #include <refpage/support/Escape.hpp>
 #include <span>

@@ -4,40 +4,16 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <refpage/format/PageError.hpp>
 #include <refpage/format/Parser.hpp>
+#include <refpage/support/TextPosition.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace refpage {
-
-/// Turns offsets into lines and columns walking forward; findings come mostly in
-/// text order, and an offset before the last one restarts the walk.
-class Locator {
-public:
-    explicit Locator(std::string_view text) : text_(text) {}
-    TextPosition at(std::size_t offset) {
-        offset = std::min(offset, text_.size());
-        if (offset < offset_) *this = Locator(text_);
-        for (; offset_ < offset; ++offset_) {
-            if (text_[offset_] == '\n') {
-                ++line_;
-                lineStart_ = offset_ + 1;
-            }
-        }
-        return {line_, offset - lineStart_ + 1};
-    }
-
-private:
-    std::string_view text_;
-    std::size_t offset_ = 0;
-    std::size_t line_ = 1;
-    std::size_t lineStart_ = 0;
-};
 
 /// A problem found while reading, before its position is known.
 struct Finding {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cerrno>
 #include <refpage/format/Inputs.hpp>
+#include <refpage/support/AtomicFile.hpp>
 #include <system_error>
 #include <utility>
 
@@ -19,10 +20,6 @@ std::string PageEntry::source() const {
 }
 
 namespace {
-
-std::string systemReason(int code) {
-    return std::generic_category().message(code);
-}
 
 PageError failure(fs::path const& path, std::string message) {
     return PageError{path.string(), {}, std::move(message)};

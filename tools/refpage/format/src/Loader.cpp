@@ -3,6 +3,7 @@
 #include <reference/glue/Properties.hpp>
 #include <refpage/format/Builder.hpp>
 #include <refpage/format/Loader.hpp>
+#include <refpage/support/TextPosition.hpp>
 #include <refpage/format/Inputs.hpp>
 
 namespace refpage {

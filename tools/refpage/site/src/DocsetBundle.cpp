@@ -4,14 +4,15 @@
 #include <nlohmann/json.hpp>
 #include <refpage/site/DocsetBundle.hpp>
 #include <refpage/site/Html.hpp>
+#include <refpage/support/Text.hpp>
 
 namespace refpage {
 
 std::string docsetIdentifier(std::string_view name) {
     std::string id;
     for (char c : name) {
-        if (c >= 'A' && c <= 'Z') id += static_cast<char>(c - 'A' + 'a');
-        else if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_') id += c;
+        c = asciiLower(c);
+        if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '_') id += c;
     }
     return id.empty() ? std::string("docset") : id;
 }

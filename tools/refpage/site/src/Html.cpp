@@ -1,5 +1,6 @@
 #include <refpage/site/Html.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/Text.hpp>
 #include <vector>
 
 namespace refpage {
@@ -135,9 +136,8 @@ std::string descriptionHtml(std::string_view text) {
 bool isWebUrl(std::string_view url) {
     std::size_t const colon = url.find(':');
     if (colon == std::string_view::npos) return false;
-    std::string scheme;
-    for (char c : url.substr(0, colon)) scheme += (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c;
-    if (scheme != "http" && scheme != "https") return false;
+    std::string_view const scheme = url.substr(0, colon);
+    if (!equalsIgnoringAsciiCase(scheme, "http") && !equalsIgnoringAsciiCase(scheme, "https")) return false;
     if (!url.substr(colon + 1).starts_with("//") || url.size() <= colon + 3) return false;
     for (unsigned char c : url)
         if (c <= 0x20 || c == 0x7f || c == '\\') return false;

@@ -2,6 +2,7 @@
 
 #include <refpage/format/Lookup.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/Text.hpp>
 #include <refpage/site/Html.hpp>
 #include <refpage/site/Page.hpp>
 #include <refpage/site/Paths.hpp>
@@ -15,15 +16,12 @@ using namespace reference::property;
 
 namespace {
 
-std::string utf8(std::u16string const& text) {
-    return lenientUtf8(text);
-}
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += lenientUtf8(value);
+        text += utf8(value);
     }
     return text;
 }

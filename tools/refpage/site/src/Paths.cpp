@@ -2,24 +2,16 @@
 
 #include <algorithm>
 #include <refpage/site/Paths.hpp>
+#include <refpage/support/Text.hpp>
 #include <set>
 
 namespace refpage {
 
 namespace {
 
-char asciiLower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string lowered(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), asciiLower);
-    return out;
-}
-
+/// True when `text` ends in `tail`, ignoring ASCII case.
 bool endsWith(std::string_view text, std::string_view tail) {
-    return text.size() >= tail.size() && lowered(text.substr(text.size() - tail.size())) == tail;
+    return text.size() >= tail.size() && equalsIgnoringAsciiCase(text.substr(text.size() - tail.size()), tail);
 }
 
 }  // namespace
@@ -43,7 +35,7 @@ std::optional<std::string> safePagePath(std::string_view href) {
     std::string_view const path = href.substr(0, href.find('#'));
     if (!safeRelativePath(path)) return std::nullopt;
     if (!endsWith(path, ".html") && !endsWith(path, ".htm")) return std::nullopt;
-    std::string const lower = lowered(path);
+    std::string const lower = asciiLowered(path);
     if (lower == siteIndexPath || lower.starts_with(siteAssetFolder)) return std::nullopt;
     return std::string(path);
 }
@@ -66,7 +58,7 @@ PagePathAssignment assignPagePaths(std::vector<std::string> const& hrefs, std::v
     result.paths.resize(hrefs.size());
     // Safe Hrefs first, in page order, so that a derived path never takes a page's own Href.
     for (std::size_t i = 0; i < hrefs.size(); ++i)
-        if (auto path = safePagePath(hrefs[i]); path && taken.insert(lowered(*path)).second) {
+        if (auto path = safePagePath(hrefs[i]); path && taken.insert(asciiLowered(*path)).second) {
             result.paths[i] = std::move(*path);
             keeps[i] = true;
         }
@@ -75,7 +67,7 @@ PagePathAssignment assignPagePaths(std::vector<std::string> const& hrefs, std::v
         std::string_view const name = i < names.size() ? std::string_view(names[i]) : std::string_view();
         for (std::size_t attempt = 0;; ++attempt) {
             std::string path = derivedPagePath(name, attempt);
-            if (taken.insert(lowered(path)).second) {
+            if (taken.insert(asciiLowered(path)).second) {
                 result.paths[i] = std::move(path);
                 break;
             }

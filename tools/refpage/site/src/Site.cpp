@@ -13,6 +13,7 @@
 #include <refpage/site/Site.hpp>
 #include <refpage/site/Paths.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/Text.hpp>
 #include <thread>
 #include <utf8.h>
 
@@ -23,12 +24,6 @@ namespace refpage {
 using namespace reference::property;
 
 namespace {
-
-std::string lowered(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return text;
-}
 
 std::filesystem::path sitePath(std::filesystem::path const& root, std::string_view path) {
     return root / std::filesystem::path(std::u8string(path.begin(), path.end()));
@@ -63,7 +58,7 @@ bool writeFile(std::filesystem::path const& root, std::string_view path, std::st
 SiteReport planSite(std::span<SitePageInput const> pages) {
     std::vector<std::string> hrefs, names;
     for (auto const& input : pages) {
-        hrefs.push_back(lenientUtf8(input.page->getHref()));
+        hrefs.push_back(utf8(input.page->getHref()));
         names.push_back(sitePageTitle(*input.page));
     }
     PagePathAssignment assignment = assignPagePaths(hrefs, names);
@@ -91,10 +86,10 @@ std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<st
     std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
     for (std::size_t i = 0; i < pages.size(); ++i) {
         RefItem const& page = *pages[i].page;
-        std::string const package = lenientUtf8(page.getPackageName());
-        auto& slot = packages[{package.empty() ? 1 : 0, lowered(package) + '\0' + package}];
+        std::string const package = utf8(page.getPackageName());
+        auto& slot = packages[{package.empty() ? 1 : 0, asciiLowered(package) + '\0' + package}];
         slot.first = package.empty() ? "Other pages" : package;
-        slot.second.push_back({sitePageTitle(page), lenientUtf8(page.getPurpose()),
+        slot.second.push_back({sitePageTitle(page), utf8(page.getPurpose()),
                                page.getDeprecationStatus() != DeprecationStatus::Current, i});
     }
     mstch::array packageData;
@@ -102,7 +97,7 @@ std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<st
     for (auto& [key, package] : packages) {
         auto& entries = package.second;
         std::stable_sort(entries.begin(), entries.end(), [](Entry const& a, Entry const& b) {
-            return std::pair(lowered(a.title), a.title) < std::pair(lowered(b.title), b.title);
+            return std::pair(asciiLowered(a.title), a.title) < std::pair(asciiLowered(b.title), b.title);
         });
         mstch::array entryData;
         for (auto const& entry : entries) {

@@ -22,11 +22,4 @@ struct PageError {
 
 using PageErrors = std::vector<PageError>;
 
-/// The 1-based line and byte column of byte `offset` of `text` (offset may be text.size()).
-struct TextPosition {
-    std::size_t line = 1;
-    std::size_t column = 1;
-};
-TextPosition positionOf(std::string_view text, std::size_t offset);
-
 }  // namespace refpage

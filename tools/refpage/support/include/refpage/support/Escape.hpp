@@ -22,8 +22,4 @@ std::string displayable(std::string_view text);
 /// too. Reads nothing of `text` beyond what it shows; for quoting raw page text.
 std::string excerpt(std::string_view text, std::size_t limit = 40);
 
-/// The UTF-8 of page text, never throwing: an unpaired surrogate (which loading already
-/// refuses) becomes U+FFFD; everything else converts exactly.
-std::string lenientUtf8(std::u16string_view text);
-
 }  // namespace refpage

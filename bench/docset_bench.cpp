@@ -16,8 +16,8 @@
 #include <refpage/docset/DocSet.hpp>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/format/Check.hpp>
-#include <refpage/format/ParallelLoad.hpp>
-#include <refpage/support/Parallel.hpp>
+#include <refpage/docset/LoadSet.hpp>
+#include <optional>
 #include <utf8.h>
 #include <string>
 #include <vector>
@@ -39,7 +39,7 @@ std::vector<refpage::PageInput> const& pageSet() {
             for (auto const& file : files) {
                 std::string text;
                 refpage::PageError error;
-                if (refpage::readTextFile(file, text, error)) result.push_back({file.string(), std::move(text)});
+                if (refpage::readTextFile(file, text, error)) result.push_back(refpage::PageInput::memory(file.string(), std::move(text)));
             }
             return result;
         }
@@ -54,42 +54,36 @@ bool enoughPages(benchmark::State& state) {
     return false;
 }
 
-/// The set loaded once, with its lookup entries.
-struct LoadedSet {
-    std::vector<refpage::LoadResult> results;
-    std::vector<refpage::LookupEntry> entries;
-};
-
-LoadedSet const& loadedSet() {
-    static LoadedSet const set = [] {
-        LoadedSet loaded;
-        loaded.results = refpage::loadPages(pageSet(), 0, {});
-        loaded.entries = refpage::lookupEntries(refpage::DocSet(refpage::docSetPages(pageSet(), loaded.results)));
-        return loaded;
-    }();
-    return set;
+/// The lookup entries of the set, loaded once.
+std::vector<refpage::LookupEntry> const& setEntries() {
+    static std::vector<refpage::LookupEntry> const entries = refpage::lookupEntries(refpage::loadDocSet(pageSet(), 0, {}).set);
+    return entries;
 }
 
-/// What `check` does over the set on `jobs` threads: every page's own check, then the set's.
+/// What `check` does over the set on `jobs` threads: every page's own check and summary, then the set's check.
 std::size_t checkSet(unsigned jobs) {
     auto const& inputs = pageSet();
     std::vector<refpage::CheckReport> reports(inputs.size());
-    std::vector<refpage::LoadResult> loaded(inputs.size());
-    refpage::forEachIndex(inputs.size(), jobs, [&](std::size_t i) {
-        reports[i] = refpage::checkPage(*inputs[i].text, inputs[i].source);
-        if (reports[i].passed()) loaded[i] = refpage::loadPage(*inputs[i].text, inputs[i].source);
+    std::vector<std::optional<refpage::PageSummary>> summaries(inputs.size());
+    refpage::checkEach(inputs, jobs, {}, true, [&](std::size_t i, refpage::CheckReport&& report, refpage::LoadResult const* page) {
+        summaries[i].reset();
+        if (page != nullptr) summaries[i] = refpage::summarize(inputs[i].source, refpage::nativePage(page->page.get()));
+        reports[i] = std::move(report);
     });
-    return refpage::DocSet(refpage::docSetPages(inputs, loaded)).check().findings.size();
+    std::vector<refpage::PageSummary> pages;
+    for (auto& summary : summaries)
+        if (summary) pages.push_back(std::move(*summary));
+    return refpage::DocSet(std::move(pages)).check().findings.size();
 }
 
 int const registered = [] {
     bench::registerBenchmark("docset/query_index", [](benchmark::State& state) {
         if (!enoughPages(state)) return;
-        auto const index = refpage::LookupIndex::inMemory(loadedSet().entries);
+        auto const index = refpage::LookupIndex::inMemory(setEntries());
         std::size_t next = 0;
         for (auto _ : state) benchmark::DoNotOptimize(index.find(queries[next++ % queries.size()]));
         state.counters["pages"] = static_cast<double>(pageSet().size());
-        state.counters["entries"] = static_cast<double>(loadedSet().entries.size());
+        state.counters["entries"] = static_cast<double>(setEntries().size());
     });
     // The scan: every page loaded and each entity's lookup made and matched, per query.
     bench::registerBenchmark("docset/query_scan", [](benchmark::State& state) {
@@ -112,9 +106,8 @@ int const registered = [] {
         if (!enoughPages(state)) return;
         auto const file = std::filesystem::temp_directory_path() / ("docset-bench-" + std::to_string(getpid()) + ".sqlite");
         for (auto _ : state) {
-            auto const results = refpage::loadPages(pageSet(), 1, {});
-            refpage::DocSet const set(refpage::docSetPages(pageSet(), results));
-            refpage::writeLookupIndex(file, refpage::lookupEntries(set));
+            refpage::LoadedSet const loaded = refpage::loadDocSet(pageSet(), 1, {});
+            refpage::writeLookupIndex(file, refpage::lookupEntries(loaded.set));
         }
         std::filesystem::remove(file);
     })->Unit(benchmark::kMillisecond);

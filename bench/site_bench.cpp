@@ -6,40 +6,34 @@
 #include "support/Corpus.hpp"
 #include "support/Registration.hpp"
 
-#include <atomic>
 #include <filesystem>
 #include <refpage/format/Check.hpp>
 #include <refpage/format/Loader.hpp>
 #include <refpage/site/Site.hpp>
-#include <refpage/site/Paths.hpp>
-#include <thread>
 #include <vector>
 
 namespace {
 
-/// Loads the corpus on `jobs` threads and builds its site into `output`; false when that fails.
+/// The corpus texts as inputs, made once.
+std::vector<refpage::PageInput> const& corpusInputs() {
+    static std::vector<refpage::PageInput> const inputs = [] {
+        std::vector<refpage::PageInput> result;
+        for (auto const& entry : bench::corpus()) result.push_back(refpage::PageInput::memory(entry.path, entry.json));
+        return result;
+    }();
+    return inputs;
+}
+
+/// Loads the corpus as a doc set on `jobs` threads and builds its site into `output`, as
+/// `refpage site` does; false when that fails.
 bool buildCorpusSite(std::filesystem::path const& output, unsigned jobs) {
-    auto const& corpus = bench::corpus();
-    std::vector<refpage::LoadResult> loaded(corpus.size());
-    std::atomic<std::size_t> next{0};
-    auto load = [&] {
-        for (std::size_t i = next++; i < corpus.size(); i = next++)
-            loaded[i] = refpage::loadPage(corpus[i].json, corpus[i].path);
-    };
-    {
-        std::vector<std::jthread> workers;
-        for (unsigned t = 1; t < jobs; ++t) workers.emplace_back(load);
-        load();
-    }
-    std::vector<refpage::SitePageInput> inputs;
-    for (std::size_t i = 0; i < corpus.size(); ++i)
-        if (loaded[i].ok()) inputs.push_back({corpus[i].path, &refpage::nativePage(loaded[i].page.get())});
+    auto const& inputs = corpusInputs();
+    refpage::LoadedSet const loaded = refpage::loadDocSet(inputs, jobs, {});
     refpage::SiteOptions options;
     options.output = output;
     options.jobs = jobs;
-    refpage::DocSet const set = refpage::siteDocSet(inputs);
-    refpage::SiteReport const report = refpage::buildSite(inputs, refpage::siteLinkResolver(set), options);
-    return report.ok() && inputs.size() == corpus.size();
+    refpage::SiteReport const report = refpage::buildSite(loaded, inputs, options);
+    return report.ok() && loaded.failed == 0;
 }
 
 void siteBuild(benchmark::State& state) {

@@ -74,7 +74,7 @@ TEST_F(Concurrency, ThreadsLoadingTheirOwnPagesGetWhatOneThreadGets) {
         std::size_t seen = 0;
         for (std::size_t i = 0; i < pageNames.size(); ++i) {
             std::size_t const which = (thread + i) % pageNames.size();
-            refpage::LoadResult const loaded = refpage::loadPageFile(testvalues::testPage(pageNames[which]));
+            refpage::LoadResult const loaded = refpage::loadInput(refpage::PageInput::file(testvalues::testPage(pageNames[which])));
             if (!loaded.ok()) {
                 ++seen;
                 continue;

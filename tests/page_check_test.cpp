@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <new>
+#include <optional>
 #include <refpage/format/Check.hpp>
 #include <refpage/format/Loader.hpp>
 #include <refpage/format/Writer.hpp>
@@ -126,13 +127,34 @@ TEST_F(PageCheck, AnyOtherValueAnywhereGivesAnotherDigest) {
         EXPECT_NE(digestOfText(other), digest) << other;
 }
 
-TEST_F(PageCheck, APageThatPassesIsHandedOverLoadedAndOneThatFailsIsNot) {
-    refpage::LoadResult kept;
-    ASSERT_TRUE(refpage::checkOwnedPage(page, "checked.json", {}, &kept).passed());
-    ASSERT_TRUE(kept.ok());
-    EXPECT_EQ(refpage::nativePage(kept.page.get()).getHref(), u"demo/checked.html");
-    EXPECT_FALSE(refpage::checkOwnedPage(R"({"Href": 1})", "bad.json", {}, &kept).passed());
-    EXPECT_FALSE(kept.ok());
+/// The one report and page href checkEach gives for one page in memory, with pages asked for.
+struct CheckedOne {
+    refpage::CheckReport report;
+    std::optional<std::u16string> href;  ///< of the page the visitor saw, when it saw one
+};
+
+/// Checks `inputs` into `checked` through the one path every command takes.
+void checkInto(std::vector<refpage::PageInput> const& inputs, CheckedOne& checked) {
+    refpage::checkEach(inputs, 1, {}, true, [&](std::size_t, refpage::CheckReport&& report, refpage::LoadResult const* page) {
+        checked.href.reset();
+        if (page != nullptr) checked.href = refpage::nativePage(page->page.get()).getHref();
+        checked.report = std::move(report);
+    });
+}
+
+CheckedOne checkOne(std::string text) {
+    CheckedOne checked;
+    checkInto({refpage::PageInput::memory("checked.json", std::move(text))}, checked);
+    return checked;
+}
+
+TEST_F(PageCheck, APageThatPassesIsShownToTheVisitorLoadedAndOneThatFailsIsNot) {
+    CheckedOne const good = checkOne(page);
+    ASSERT_TRUE(good.report.passed());
+    EXPECT_EQ(good.href, u"demo/checked.html");
+    CheckedOne const bad = checkOne(R"({"Href": 1})");
+    EXPECT_FALSE(bad.report.passed());
+    EXPECT_FALSE(bad.href);
 }
 
 TEST_F(PageCheck, APageThatDoesNotLoadIsComparedWithNothing) {
@@ -146,11 +168,14 @@ TEST_F(PageCheck, RunningOutOfMemoryAnywhereIsThePagesFailure) {
     refpage::ensureHostClasses();
     std::size_t failures = 0;
     for (std::size_t n = 1;; ++n) {
-        std::string text = page;
+        std::vector<refpage::PageInput> const inputs{refpage::PageInput::memory("checked.json", page)};
+        CheckedOne checked;
+        checked.report.failures.reserve(1);
         allocationFailed = false;
         allocationsBeforeFailure = n;
-        refpage::CheckReport const report = refpage::checkOwnedPage(std::move(text), "checked.json");
+        checkInto(inputs, checked);
         allocationsBeforeFailure = 0;
+        refpage::CheckReport const& report = checked.report;
         if (!allocationFailed) {
             EXPECT_TRUE(report.passed());
             break;

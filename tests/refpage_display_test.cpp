@@ -4,7 +4,7 @@
 
 #include <refpage/terminal/DisplayWidth.hpp>
 #include <refpage/format/Loader.hpp>
-#include <refpage/format/Lookup.hpp>
+#include <refpage/format/PageTitle.hpp>
 #include <refpage/terminal/PageView.hpp>
 #include <refpage/terminal/TextTable.hpp>
 #include <utf8.h>
@@ -82,15 +82,14 @@ TEST(TextTable, AMultiLineCellMakesItsRowThatManyLinesTall) {
 
 class PageDisplay : public HostTest {};
 
-TEST_F(PageDisplay, LookupSummarisesTheFirstEntity) {
-    refpage::LoadResult const result = refpage::loadPage(
-        R"({"RefEntities": [{"Name": "first", "RefEntityType": "class"},
-                            {"Name": "second", "RefEntityType": "function"}]})",
-        "<test>");
-    ASSERT_TRUE(result.ok());
-    auto const lookup = refpage::makeLookup(refpage::nativePage(result.page.get()));
-    EXPECT_EQ(utf8::utf16to8(lookup.getName()), "first");
-    EXPECT_EQ(lookup.getType(), reference::property::RefEntityType::Class);
+TEST_F(PageDisplay, ThePageIsTitledByItsFirstNamedEntityElseItsHref) {
+    auto const title = [](char const* text) {
+        refpage::LoadResult const result = refpage::loadPage(text, "<test>");
+        return result.ok() ? refpage::pageTitle(refpage::nativePage(result.page.get())) : std::string("not loaded");
+    };
+    EXPECT_EQ(title(R"({"Href": "a.html", "RefEntities": [{"Name": "first"}, {"Name": "second"}]})"), "first");
+    EXPECT_EQ(title(R"({"Href": "a.html", "RefEntities": [{"Name": ""}]})"), "a.html");
+    EXPECT_EQ(title("{}"), "Untitled page");
 }
 
 TEST_F(PageDisplay, DescriptionLinesKeepTheirIndentationUnderTheHeading) {

@@ -15,7 +15,7 @@
 #include <refpage/docset/DocSet.hpp>
 #include <refpage/format/Json.hpp>
 #include <refpage/docset/LookupIndex.hpp>
-#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/docset/LoadSet.hpp>
 #include <refpage/support/Parallel.hpp>
 #include <regex>
 #include <string>
@@ -43,8 +43,8 @@ PageInput page(std::string const& name, std::string const& extra = {}) {
         contains(extra, "RefEntities")
             ? ""
             : fmt::format(R"(, "RefEntities": [{{"Name": "pkg.{}", "RefEntityType": "function"}}])", name);
-    return {name + ".json",
-            fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities, extra.empty() ? "" : ", " + extra)};
+    return PageInput::memory(
+        name + ".json", fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities, extra.empty() ? "" : ", " + extra));
 }
 
 /// RefEntities of one entity of each "name:type" given, then a Purpose.
@@ -66,15 +66,10 @@ Lines lines(std::string const& text) {
 
 class DocSetTest : public HostTest {
 protected:
-    refpage::DocSet load(std::vector<PageInput> inputs, unsigned jobs = 1) {
-        inputs_ = std::move(inputs);
-        results_ = refpage::loadPages(inputs_, jobs, {});
-        for (auto const& result : results_) EXPECT_TRUE(result.ok()) << result.errors.front().describe();
-        return refpage::DocSet(refpage::docSetPages(inputs_, results_));
-    }
-    void TearDown() override {
-        results_.clear();
-        HostTest::TearDown();
+    static refpage::DocSet load(std::vector<PageInput> const& inputs, unsigned jobs = 1) {
+        refpage::LoadedSet loaded = refpage::loadDocSet(inputs, jobs, {});
+        for (auto const& said : loaded.diagnostics) EXPECT_TRUE(said.errors.empty()) << said.errors.front().describe();
+        return std::move(loaded.set);
     }
     /// "file: warning: message [pointer]" of every finding.
     static Lines described(refpage::DocSetReport const& report) {
@@ -82,10 +77,6 @@ protected:
         for (auto const& finding : report.findings) result.push_back(finding.where.describe("warning"));
         return result;
     }
-
-private:
-    std::vector<PageInput> inputs_;
-    std::vector<refpage::LoadResult> results_;
 };
 
 TEST_F(DocSetTest, ResolveTellsPagesFromFragmentsExternalLinksAndMisses) {
@@ -95,7 +86,8 @@ TEST_F(DocSetTest, ResolveTellsPagesFromFragmentsExternalLinksAndMisses) {
     EXPECT_EQ(b.page, 1u);
     EXPECT_EQ(b.fragment, "pkg.b-x");
     EXPECT_EQ(set.resolve("./ref/a.html").kind, LinkTarget::Kind::Page);
-    EXPECT_EQ(set.resolve("#pkg.a-x").kind, LinkTarget::Kind::SamePage);
+    for (char const* same : {"#pkg.a-x", "./#pkg.a-x", "./", "#"})
+        EXPECT_EQ(set.resolve(same).kind, LinkTarget::Kind::SamePage) << same;
     EXPECT_EQ(set.resolve("").kind, LinkTarget::Kind::Empty);
     for (char const* external : {"https://example.org/ref/x.html", "mailto:a@b.c", "//host/x", "/ref/x.html"})
         EXPECT_EQ(set.resolve(external).kind, LinkTarget::Kind::External) << external;
@@ -154,26 +146,35 @@ TEST_F(DocSetTest, ReusedHrefsAndNamesAreReportedButAClassAndItsConstructorAreNo
 TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
     std::vector<PageInput> inputs;
     for (int i = 0; i < 60; ++i)
-        inputs.push_back(i % 7 == 3 ? PageInput{fmt::format("bad{}.json", i), "{\"Href\": 1}"}
+        inputs.push_back(i % 7 == 3 ? PageInput::memory(fmt::format("bad{}.json", i), "{\"Href\": 1}")
                                     : page(fmt::format("p{}", i), R"("SeeAlso": [{"Url": "ref/p1.html"}])"));
-    inputs.push_back({"missing.json", std::nullopt, refpage::PageEntry{"missing.json", {}}});
-    auto const one = refpage::loadPages(inputs, 1, {});
-    auto const four = refpage::loadPages(inputs, 4, {});
-    ASSERT_EQ(four.size(), inputs.size());
+    inputs.push_back(PageInput::file("missing.json"));
+    auto const one = refpage::loadDocSet(inputs, 1, {});
+    auto const four = refpage::loadDocSet(inputs, 4, {});
+    EXPECT_EQ(four.inputOf, one.inputOf);
+    EXPECT_EQ(four.failed, 10u);
+    EXPECT_TRUE(four.set.pages() == one.set.pages());
+    ASSERT_EQ(four.diagnostics.size(), inputs.size());
     for (std::size_t i = 0; i < inputs.size(); ++i) {
-        ASSERT_EQ(one[i].ok(), four[i].ok()) << i;
-        if (one[i].ok()) {
-            EXPECT_TRUE(refpage::nativePage(one[i].page.get()) == refpage::nativePage(four[i].page.get())) << i;
-        } else {
-            EXPECT_EQ(one[i].errors.front().describe(), four[i].errors.front().describe());
-            EXPECT_EQ(four[i].errors.front().source, inputs[i].source);
+        ASSERT_EQ(one.diagnostics[i].errors.size(), four.diagnostics[i].errors.size()) << i;
+        if (!four.diagnostics[i].errors.empty()) {
+            EXPECT_EQ(one.diagnostics[i].errors.front().describe(), four.diagnostics[i].errors.front().describe());
+            EXPECT_EQ(four.diagnostics[i].errors.front().source, inputs[i].source);
         }
     }
+}
+
+TEST(WorkerPool, EveryIndexRunsOnceAndTheFirstFailureIsRethrownAfterTheRest) {
     std::vector<int> visits(1000, 0);
     refpage::forEachIndex(visits.size(), 4, [&](std::size_t i) { ++visits[i]; });
     EXPECT_EQ(std::count(visits.begin(), visits.end(), 1), 1000);
-    EXPECT_THROW(refpage::forEachIndex(10, 3, [](std::size_t i) { if (i == 5) throw std::runtime_error("five"); }),
+    std::vector<int> done(10, 0);
+    EXPECT_THROW(refpage::forEachIndex(10, 3, [&](std::size_t i) {
+                     if (i == 5) throw std::runtime_error("five");
+                     done[i] = 1;
+                 }),
                  std::runtime_error);
+    EXPECT_EQ(std::count(done.begin(), done.end(), 1), 9);
 }
 
 /// Rows of an SQL query over a database file, each row its columns joined by '|'.
@@ -338,7 +339,7 @@ TEST_F(CheckSetTest, ACleanSetPassesStrictAndOnePageIsNotASet) {
 TEST_F(CheckSetTest, FourThreadsPrintWhatOneThreadPrints) {
     for (int i = 0; i < 40; ++i)
         write(fmt::format("p{:02}.json", i),
-              i % 9 == 4 ? PageInput{"", "{\"Href\": [1]}"}
+              i % 9 == 4 ? PageInput::memory("", "{\"Href\": [1]}")
                          : page(fmt::format("p{}", i % 30), fmt::format(R"("SeeAlso": [{{"Url": "ref/p{}.html"}}])", i + 3)));
     ToolRun const one = expectRun("check -j 1 " + folder(), 1, {"40 pages, 4 failed, "});
     EXPECT_EQ(untimed(expectRun("check -j 4 " + folder(), 1).output), untimed(one.output));
@@ -419,7 +420,7 @@ TEST_F(GeneratedSetTest, FindRanksTheSameFromTheIndexFileAndFromThePagesAndExits
 TEST_F(GeneratedSetTest, TheSiteScriptRanksExactlyAsFind) {
     if (testvalues::runShell("command -v node >/dev/null 2>&1").status != 0) GTEST_SKIP() << "node is not installed";
     std::string const data = (folder_ / "search-data.js").string();
-    std::ofstream(data) << refpage::searchIndexScript(refpage::LookupIndex::open(index()));
+    std::ofstream(data) << "module.exports = " << refpage::LookupIndex::open(index()).searchData() << ";\n";
     fs::path const driver = folder_.write("driver.js", fmt::format(
         "const data = require({});\nconst {{ rankEntries }} = require({});\n"
         "for (const query of JSON.parse(process.argv[2]))\n"

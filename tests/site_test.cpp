@@ -86,26 +86,16 @@ TEST(SiteDocset, InfoPlistEscapesTheName) {
     EXPECT_EQ(docsetIdentifier("<>"), "docset");
 }
 
-/// Pages loaded through the host, with a resolver over their Hrefs.
+/// Pages in memory, "page<N>.json" in the order added, loaded as a doc set through the host.
 class SiteBuild : public HostTest {
 protected:
     void add(std::string const& json) {
-        auto result = loadPage(json, "page" + std::to_string(results_.size()) + ".json");
-        ASSERT_TRUE(result.ok()) << (result.errors.empty() ? "" : result.errors.front().describe());
-        results_.push_back(std::move(result));
-        inputs.push_back({results_.back().errors.empty() ? "page.json" : "", &nativePage(results_.back().page.get())});
+        inputs.push_back(PageInput::memory("page" + std::to_string(inputs.size()) + ".json", json));
     }
-    SiteLink resolve(std::string_view link) const {
-        if (link.starts_with("javascript:") || link.starts_with("https:")) return {SiteLink::Kind::External, 0, {}};
-        std::string const path(link.substr(0, link.find('#')));
-        std::string const fragment = link.find('#') == std::string_view::npos ? "" : std::string(link.substr(link.find('#') + 1));
-        for (std::size_t i = 0; i < inputs.size(); ++i)
-            if (safePagePath(path) && std::u16string(path.begin(), path.end()) == inputs[i].page->getHref())
-                return {SiteLink::Kind::Page, i, fragment};
-        return {SiteLink::Kind::Unresolved, 0, {}};
-    }
-    SiteLinkResolver resolver() const {
-        return [this](std::string_view link) { return resolve(link); };
+    LoadedSet loaded() const {
+        LoadedSet set = loadDocSet(inputs, 1, {});
+        for (auto const& said : set.diagnostics) EXPECT_TRUE(said.errors.empty()) << said.errors.front().describe();
+        return set;
     }
     std::filesystem::path folder(std::string const& name) const { return scratch_ / name; }
     static std::string read(std::filesystem::path const& file) {
@@ -120,16 +110,9 @@ protected:
             if (entry.is_regular_file()) files[entry.path().lexically_relative(root).string()] = read(entry.path());
         return files;
     }
-    void TearDown() override {
-        inputs.clear();
-        results_.clear();
-        HostTest::TearDown();
-    }
-
-    std::vector<SitePageInput> inputs;
+    std::vector<PageInput> inputs;
 
 private:
-    std::vector<LoadResult> results_;
     testvalues::ScratchFolder scratch_;
 };
 
@@ -146,9 +129,10 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
                  "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}])j"));
     add(page("p.b", "ref/b.html"));
     std::vector<std::string> const paths{"ref/gen/a.html", "ref/b.html"};
-    auto const resolve = resolver();
+    LoadedSet const set = loaded();
+    LoadResult const a = loadInput(inputs[0]);
     RenderedPage const out =
-        renderSitePage(*inputs[0].page, {0, paths[0], &paths, &resolve, "T", "en"}, SiteTemplates::defaults());
+        renderSitePage(nativePage(a.page.get()), {0, paths[0], &paths, &set.set, "T", "en"}, SiteTemplates::defaults());
     EXPECT_TRUE(contains(out.html, R"(<a href="../b.html#x%20y">b</a>)"));
     EXPECT_TRUE(contains(out.html, R"(<span class="unresolved">gone</span>)"));
     EXPECT_TRUE(contains(out.html, R"j(<span class="text">js</span>)j"));
@@ -168,18 +152,19 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     SiteOptions options;
     auto const oneFolder = folder("one");
     options.output = oneFolder;
-    SiteReport const one = buildSite(inputs, resolver(), options);
+    LoadedSet const set = loaded();
+    SiteReport const one = buildSite(set, inputs, options);
     options.output = folder("four");
     options.jobs = 4;
-    SiteReport const four = buildSite(inputs, resolver(), options);
+    SiteReport const four = buildSite(set, inputs, options);
     EXPECT_TRUE(one.ok());
     EXPECT_EQ(tree(options.output), tree(oneFolder));
     ASSERT_EQ(one.warnings.size(), 7u);  // page 3's Href, pages 10 and 11's clash, links to n3, n10, n11, n12
     EXPECT_EQ(one.warnings[0].describe("warning"),
-              R"(page.json: warning: Href "../evil.html" is not a safe relative .html path; written as )"
+              R"(page3.json: warning: Href "../evil.html" is not a safe relative .html path; written as )"
               R"("pages/p.n3.html" [/Href])");
     EXPECT_EQ(one.warnings[1].describe("warning"),
-              R"(page.json: warning: another page has the same Href; written as "pages/p.n10.html" [/Href])");
+              R"(page10.json: warning: another page has the same Href; written as "pages/p.n10.html" [/Href])");
     EXPECT_EQ(one.unresolvedLinks, 4u);
     EXPECT_EQ(one.paths, four.paths);
     EXPECT_TRUE(std::filesystem::exists(options.output / "pages" / "p.n3.html"));
@@ -191,7 +176,7 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     PageErrors errors;
     options.templates = SiteTemplates::load(templates, errors);
     options.output = folder("custom");
-    EXPECT_TRUE(buildSite(inputs, resolver(), options).ok());
+    EXPECT_TRUE(buildSite(set, inputs, options).ok());
     EXPECT_TRUE(errors.empty());
     EXPECT_EQ(read(options.output / "ref" / "n0.html"), "<p>p.n0 é &lt;i&gt;</p>");
     EXPECT_TRUE(contains(read(options.output / "index.html"), "<!DOCTYPE html>"));
@@ -205,7 +190,7 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     add(R"({"Href": "c.html", "RefEntities": [{"Name": "gamma"}]})");
     add(R"({"Href": "d.html", "RefEntities": [{"Name": "delta"}], "PackageName": "abc"})");
     SiteOptions const options;
-    std::string const html = renderSiteIndex(inputs, {"b.html", "a.html", "c.html", "d.html"}, options);
+    std::string const html = renderSiteIndex(loaded().set, {"b.html", "a.html", "c.html", "d.html"}, options);
     auto at = [&](std::string const& part) { return html.find(part); };
     EXPECT_LT(at("<h2>abc</h2>"), at("<h2>Zed</h2>"));
     EXPECT_LT(at("<h2>Zed</h2>"), at("<h2>zed</h2>"));

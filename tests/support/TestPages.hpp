@@ -28,7 +28,7 @@ inline constexpr char const* noCorpus = "the shared corpus (../shared/corpus/num
 
 /// A native copy of test page `name` loaded through the host; an empty page if it does not load.
 inline reference::property::RefItem loadNative(std::string const& name) {
-    refpage::LoadResult const loaded = refpage::loadPageFile(testPage(name));
+    refpage::LoadResult const loaded = refpage::loadInput(refpage::PageInput::file(testPage(name)));
     return loaded.ok() ? refpage::nativePage(loaded.page.get()).copy() : reference::property::RefItem();
 }
 

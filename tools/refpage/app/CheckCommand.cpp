@@ -6,11 +6,9 @@
 #include <memory>
 #include <mutex>
 #include <refpage/docset/DocSet.hpp>
-#include <refpage/format/ParallelLoad.hpp>
-#include <new>
+#include <refpage/docset/PageSummary.hpp>
+#include <optional>
 #include <refpage/format/Check.hpp>
-#include <refpage/format/Inputs.hpp>
-#include <refpage/support/Parallel.hpp>
 #include <string>
 #include <vector>
 
@@ -40,29 +38,11 @@ private:
     bool shown_;
 };
 
-/// The verdict on one entry: read it, then check it. An entry that cannot be read, or
-/// that runs out of memory, fails with the reason. With `loaded`, a page that passes is
-/// kept there as its check loaded it, for the set's check.
-CheckReport checkEntry(PageEntry const& entry, LoadOptions const& load, LoadResult* loaded = nullptr) {
-    CheckReport report;
-    try {
-        std::string text;
-        PageError readError;
-        if (readPageEntry(entry, text, readError)) return checkOwnedPage(std::move(text), entry.source(), load, loaded);
-        report.failures.push_back(std::move(readError));
-    } catch (std::bad_alloc const&) {
-        report = CheckReport{};
-        report.failures.push_back(PageError{entry.source(), {}, "out of memory"});
-    }
-    return report;
-}
-
 /// The cross-page findings of several pages, printed as warnings (errors with --strict; none
 /// when quiet and not strict); the summary's part for them, as ", 3 unresolved links, 0 shared
 /// Hrefs, 1 duplicate name".
-std::string checkDocSet(std::span<PageInput const> inputs, std::span<LoadResult const> loaded,
-                        GlobalOptions const& global, std::size_t& findings) {
-    DocSetReport const report = DocSet(docSetPages(inputs, loaded)).check();
+std::string checkDocSet(DocSet const& set, GlobalOptions const& global, std::size_t& findings) {
+    DocSetReport const report = set.check();
     PageErrors where;
     for (auto const& finding : report.findings) where.push_back(finding.where);
     if (global.strict)
@@ -84,19 +64,21 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
-    std::vector<PageEntry> const entries = findPageEntries(paths);
+    std::vector<PageInput> const inputs = namedInputs(paths);
     LoadOptions const load{global.strict};
-    Progress const progress(entries.size(), global.quiet);
+    Progress const progress(inputs.size(), global.quiet);
     // Pages are checked on global.jobs threads and reported in order. Several pages are also
-    // checked as a set, each as its own check loaded it; those that failed their check take no part.
-    bool const asSet = entries.size() > 1;
-    std::vector<PageInput> const inputs = entryInputs(entries);
-    std::vector<CheckReport> reports(entries.size());
-    std::vector<LoadResult> loaded(entries.size());
+    // checked as a set, from the summaries of the pages that passed, each made on the thread
+    // that checked its page, which is released there.
+    bool const asSet = inputs.size() > 1;
+    std::vector<CheckReport> reports(inputs.size());
+    std::vector<std::optional<PageSummary>> summaries(inputs.size());
     std::size_t done = 0;
     std::mutex progressMutex;
-    forEachIndex(entries.size(), global.jobs, [&](std::size_t i) {
-        reports[i] = checkEntry(entries[i], load, asSet ? &loaded[i] : nullptr);
+    checkEach(inputs, global.jobs, load, asSet, [&](std::size_t i, CheckReport&& report, LoadResult const* page) {
+        summaries[i].reset();
+        if (page != nullptr) summaries[i] = summarize(inputs[i].source, nativePage(page->page.get()));
+        reports[i] = std::move(report);
         std::lock_guard const lock(progressMutex);
         progress.step(++done);
     });
@@ -110,13 +92,17 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
         }
     }
     std::size_t findings = 0;
-    std::string const setCounts = asSet ? checkDocSet(inputs, loaded, global, findings) : std::string();
-    // The pages are released on the same threads that loaded them: each is independent.
-    forEachIndex(loaded.size(), global.jobs, [&loaded](std::size_t i) { loaded[i] = LoadResult{}; });
+    std::string setCounts;
+    if (asSet) {
+        std::vector<PageSummary> pages;
+        for (auto& summary : summaries)
+            if (summary) pages.push_back(std::move(*summary));
+        setCounts = checkDocSet(DocSet(std::move(pages)), global, findings);
+    }
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet)
-        fmt::print("{} pages, {} failed{} ({:.2f} s)\n", entries.size(), failed, setCounts, elapsed.count());
-    if (entries.empty()) {
+        fmt::print("{} pages, {} failed{} ({:.2f} s)\n", inputs.size(), failed, setCounts, elapsed.count());
+    if (inputs.empty()) {
         fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
         return exitFailed;
     }

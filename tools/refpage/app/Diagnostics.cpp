@@ -30,4 +30,11 @@ void printErrors(PageErrors const& errors, std::string_view severity) {
     for (auto const& error : errors) fmt::print(stderr, "{}\n", oneLine(error.describe(severity)));
 }
 
+void printLoadDiagnostics(LoadedSet const& loaded, bool quiet) {
+    for (auto const& said : loaded.diagnostics) {
+        if (!quiet) printErrors(said.warnings, "warning");
+        printErrors(said.errors, "error");
+    }
+}
+
 }  // namespace refpage

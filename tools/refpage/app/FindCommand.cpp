@@ -6,7 +6,7 @@
 #include <reference/property/RefEntityType.hpp>
 #include <refpage/format/Json.hpp>
 #include <refpage/docset/LookupIndex.hpp>
-#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/docset/LoadSet.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/terminal/TextTable.hpp>
 #include <string>
@@ -33,17 +33,10 @@ struct FindOptions {
 /// The index named by --index, or one built in memory from the pages; nullopt when a page failed.
 std::optional<LookupIndex> openIndex(FindOptions const& options, GlobalOptions const& global) {
     if (!options.index.empty()) return LookupIndex::open(options.index);
-    std::vector<PageInput> const inputs = entryInputs(findPageEntries(options.paths));
-    std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
-    bool failed = false;
-    for (auto const& result : results) {
-        if (!global.quiet) printErrors(result.warnings, "warning");
-        printErrors(result.errors, "error");
-        failed = failed || !result.ok();
-    }
-    if (failed) return std::nullopt;
-    DocSet const set(docSetPages(inputs, results));
-    return LookupIndex::inMemory(lookupEntries(set));
+    LoadedSet const loaded = loadDocSet(namedInputs(options.paths), global.jobs, LoadOptions{global.strict});
+    printLoadDiagnostics(loaded, global.quiet);
+    if (loaded.failed != 0) return std::nullopt;
+    return LookupIndex::inMemory(lookupEntries(loaded.set));
 }
 
 Json hitJson(LookupHit const& hit) {

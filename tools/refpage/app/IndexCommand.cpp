@@ -3,7 +3,7 @@
 #include <chrono>
 #include <memory>
 #include <refpage/docset/LookupIndex.hpp>
-#include <refpage/format/ParallelLoad.hpp>
+#include <refpage/docset/LoadSet.hpp>
 #include <refpage/support/Escape.hpp>
 #include <string>
 #include <vector>
@@ -27,20 +27,15 @@ int index(IndexOptions const& options, GlobalOptions const& global) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
-    std::vector<PageInput> const inputs = entryInputs(findPageEntries(options.paths));
-    std::vector<LoadResult> const results = loadPages(inputs, global.jobs, LoadOptions{global.strict});
-    std::size_t failed = 0;
-    for (auto const& result : results) {
-        if (!global.quiet) printErrors(result.warnings, "warning");
-        printErrors(result.errors, "error");
-        failed += result.ok() ? 0 : 1;
-    }
-    if (failed != 0) {
-        fmt::print(stderr, "{} pages, {} failed: {} left as it was\n", inputs.size(), failed, displayable(options.output));
+    std::vector<PageInput> const inputs = namedInputs(options.paths);
+    LoadedSet const loaded = loadDocSet(inputs, global.jobs, LoadOptions{global.strict});
+    printLoadDiagnostics(loaded, global.quiet);
+    if (loaded.failed != 0) {
+        fmt::print(stderr, "{} pages, {} failed: {} left as it was\n", inputs.size(), loaded.failed,
+                   displayable(options.output));
         return exitFailed;
     }
-    DocSet const set(docSetPages(inputs, results));
-    std::vector<LookupEntry> const entries = lookupEntries(set);
+    std::vector<LookupEntry> const entries = lookupEntries(loaded.set);
     writeLookupIndex(options.output, entries);
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet)

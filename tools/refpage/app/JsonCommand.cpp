@@ -20,7 +20,7 @@ struct JsonOptions {
 };
 
 int json(JsonOptions const& options, GlobalOptions const& global) {
-    LoadResult const result = loadNamedPage(options.file, LoadOptions{global.strict});
+    LoadResult const result = loadInput(PageInput::named(options.file), LoadOptions{global.strict});
     if (!global.quiet) printErrors(result.warnings, "warning");
     if (!result.ok()) {
         printErrors(result.errors, "error");

@@ -17,7 +17,7 @@ namespace {
 int show(std::string const& file, GlobalOptions const& global) {
     LoadOptions const load{global.strict};
     LoadResult const result =
-        file.empty() ? loadPage(samplePage(), "<sample refpage.check.json>", load) : loadNamedPage(file, load);
+        file.empty() ? loadPage(samplePage(), "<sample refpage.check.json>", load) : loadInput(PageInput::named(file), load);
     if (!global.quiet) printErrors(result.warnings, "warning");
     if (!result.ok()) {
         printErrors(result.errors, "error");

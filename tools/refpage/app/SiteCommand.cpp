@@ -13,9 +13,7 @@ Command addSiteCommand(CLI::App& app, GlobalOptions const& global) {
                 SiteInputs inputs = loadSiteInputs(*options, global);
                 if (inputs.status == exitUsage) return inputs.status;
                 inputs.site.output = options->output;
-                DocSet const set = siteDocSet(inputs.pages);
-                SiteLinkResolver const resolve = siteLinkResolver(set);
-                SiteReport const report = buildSite(inputs.pages, resolve, inputs.site);
+                SiteReport const report = buildSite(inputs.loaded, inputs.inputs, inputs.site);
                 return finishSiteBuild(report, inputs, *options, global, "site");
             }};
 }

@@ -2,10 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <atomic>
 #include <refpage/format/Inputs.hpp>
 #include <refpage/support/Escape.hpp>
-#include <thread>
 
 #include "Diagnostics.hpp"
 #include "NamedPages.hpp"
@@ -19,28 +17,22 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
         inputs.status = exitUsage;
         return inputs;
     }
-    std::vector<PageEntry> const entries = findPageEntries(options.paths);
-    LoadOptions const load{global.strict};
-    inputs.results.resize(entries.size());
-    std::atomic<std::size_t> next{0};
-    auto work = [&] {
-        for (std::size_t i = next++; i < entries.size(); i = next++) inputs.results[i] = loadEntry(entries[i], load);
-    };
-    {
-        std::vector<std::jthread> workers;
-        for (unsigned t = 1; t < global.jobs && t < entries.size(); ++t) workers.emplace_back(work);
-        work();
-    }
-    for (std::size_t i = 0; i < entries.size(); ++i) {
-        auto const& result = inputs.results[i];
-        if (!global.quiet) printErrors(result.warnings, "warning");
-        printErrors(result.errors, "error");
-        if (result.ok())
-            inputs.pages.push_back({entries[i].source(), &nativePage(result.page.get())});
+    inputs.inputs = namedInputs(options.paths);
+    // Pages are read twice, to plan the site and to render it; standard input can be read only once.
+    for (auto& input : inputs.inputs) {
+        if (input.text || !input.entry.isStdin()) continue;
+        std::string text;
+        PageError error;
+        if (readStandardInput(text, error))
+            input.text = std::move(text);
         else
-            inputs.status = exitFailed;
+            input.entry.error = std::move(error);
     }
-    if (entries.empty()) {
+    inputs.site.load = LoadOptions{global.strict};
+    inputs.loaded = loadDocSet(inputs.inputs, global.jobs, inputs.site.load);
+    printLoadDiagnostics(inputs.loaded, global.quiet);
+    if (inputs.loaded.failed != 0) inputs.status = exitFailed;
+    if (inputs.inputs.empty()) {
         fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
         inputs.status = exitFailed;
     }
@@ -59,10 +51,9 @@ int finishSiteBuild(SiteReport const& report, SiteInputs const& inputs, SiteComm
                     GlobalOptions const& global, char const* what) {
     if (!global.quiet) printErrors(report.warnings, "warning");
     printErrors(report.errors, "error");
-    std::size_t const moved = report.warnings.size() - report.unresolvedLinks;
     if (!global.quiet)
         fmt::print(stderr, "{}: {} pages written to {}, {} unresolved links shown as text, {} pages moved\n", what,
-                   inputs.pages.size(), refpage::quoted(options.output), report.unresolvedLinks, moved);
+                   report.pagesWritten, refpage::quoted(options.output), report.unresolvedLinks, report.movedPages);
     if (inputs.status != exitOk) return inputs.status;
     bool const failed = !report.ok() || (global.strict && !report.warnings.empty());
     return failed ? exitFailed : exitOk;

@@ -1,9 +1,9 @@
 // What the site and docset commands share: their options, the pages named on the
-// command line loaded on the tool's -j threads, and the report of a build printed.
+// command line loaded as a doc set on the tool's -j threads, and the report of a build printed.
 #pragma once
 
 #include <CLI/CLI.hpp>
-#include <refpage/format/Loader.hpp>
+#include <refpage/docset/LoadSet.hpp>
 #include <refpage/site/Site.hpp>
 #include <string>
 #include <vector>
@@ -20,10 +20,10 @@ struct SiteCommandOptions {
 };
 
 struct SiteInputs {
-    std::vector<LoadResult> results;   ///< one per page entry; the host objects keep the pages alive
-    std::vector<SitePageInput> pages;  ///< the pages that loaded, in entry order
-    SiteOptions site;                  ///< templates, title and jobs; the caller sets the output
-    int status = exitOk;               ///< exitFailed when a page failed or the templates could not be read
+    std::vector<PageInput> inputs;  ///< every page named, in order
+    LoadedSet loaded;               ///< the doc set of the pages that loaded
+    SiteOptions site;               ///< templates, title, jobs and load options; the caller sets the output
+    int status = exitOk;            ///< exitFailed when a page failed or the templates could not be read
 };
 
 /// Loads every page on `global.jobs` threads, in entry order; prints load errors and

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
-#include <map>
 #include <refpage/docset/DocSet.hpp>
 #include <refpage/support/Escape.hpp>
-#include <refpage/support/Text.hpp>
-#include <utf8.h>
+#include <unordered_map>
 #include <utility>
 
 namespace refpage {
@@ -33,38 +31,14 @@ std::string_view pagePart(std::string_view link) {
     return link;
 }
 
-/// One link of a page: where it is and its text.
-struct PageLink {
-    std::string pointer;
-    std::u16string const* text;
+/// Where an entity name was first documented: its first page and, on that page, the first
+/// entity of each type. An entity is a duplicate of the first page's first entity when it
+/// is on a later page, or of the first of its own type when it is on that same page.
+struct FirstPlaces {
+    std::size_t page;
+    std::size_t entity;
+    std::unordered_map<RefEntityType::Value, std::size_t> byType;  ///< type -> first entity of it on `page`
 };
-
-template <class Record>
-void addHrefs(std::vector<PageLink>& links, std::string const& prefix, std::vector<Record> const& records) {
-    for (std::size_t i = 0; i < records.size(); ++i)
-        links.push_back({fmt::format("{}/{}/Href", prefix, i), &records[i].getHref()});
-}
-
-/// Every link a page holds, in the order of the page's keys.
-std::vector<PageLink> linksOf(RefItem const& page) {
-    std::vector<PageLink> links;
-    auto const& groups = page.getInputGroups();
-    for (std::size_t g = 0; g < groups.size(); ++g)
-        addHrefs(links, fmt::format("/InputGroups/{}/Inputs", g), groups[g].getInputs());
-    addHrefs(links, "/Outputs", page.getOutputs());
-    auto const& propertyGroups = page.getClassPropertyGroups();
-    for (std::size_t g = 0; g < propertyGroups.size(); ++g)
-        addHrefs(links, fmt::format("/ClassPropertyGroups/{}/Properties", g), propertyGroups[g].getClassProperties());
-    auto const& seeAlso = page.getSeeAlsoInfo();
-    for (std::size_t i = 0; i < seeAlso.size(); ++i)
-        links.push_back({fmt::format("/SeeAlso/{}/Url", i), &seeAlso[i].getUrl()});
-    auto const& examples = page.getExamples();
-    for (std::size_t i = 0; i < examples.size(); ++i)
-        links.push_back({fmt::format("/Examples/{}/Url", i), &examples[i].getUrl()});
-    addHrefs(links, "/Parameters", page.getParameters());
-    return links;
-}
-
 
 }  // namespace
 
@@ -78,9 +52,10 @@ std::size_t DocSetReport::count(DocSetIssue issue) const noexcept {
         std::count_if(findings.begin(), findings.end(), [issue](DocSetFinding const& f) { return f.issue == issue; }));
 }
 
-DocSet::DocSet(std::vector<DocSetPage> pages) : pages_(std::move(pages)) {
+DocSet::DocSet(std::vector<PageSummary> pages) : pages_(std::move(pages)) {
+    byHref_.reserve(pages_.size());
     for (std::size_t i = 0; i < pages_.size(); ++i) {
-        std::string const href(pagePart(utf8(pages_[i].page->getHref())));
+        std::string_view const href = pagePart(pages_[i].href);
         if (!href.empty()) byHref_.emplace(href, i);
     }
 }
@@ -109,68 +84,49 @@ LinkTarget DocSet::resolve(std::string_view link) const {
 }
 
 DocSetReport DocSet::check() const {
-    struct Place {
-        std::size_t page;
-        std::size_t entity;
-        RefEntityType::Value type;
-    };
-    std::map<std::u16string, std::vector<Place>> names;  // first places of each name
-    std::vector<std::vector<DocSetFinding>> perPage(pages_.size());
-
+    std::unordered_map<std::string_view, FirstPlaces> names;
+    DocSetReport report;
     for (std::size_t p = 0; p < pages_.size(); ++p) {
-        DocSetPage const& page = pages_[p];
-        auto& findings = perPage[p];
+        PageSummary const& page = pages_[p];
         auto const add = [&](DocSetIssue issue, std::string pointer, std::string message) {
-            findings.push_back({issue, PageError{page.source, std::move(pointer), std::move(message)}});
+            report.findings.push_back({issue, PageError{page.source, std::move(pointer), std::move(message)}});
         };
 
-        std::string const href = utf8(page.page->getHref());
-        if (auto const part = pagePart(href); !part.empty()) {
+        if (auto const part = pagePart(page.href); !part.empty()) {
             std::size_t const first = byHref_.at(std::string(part));
             if (first != p)
                 add(DocSetIssue::SharedHref, "/Href",
-                    fmt::format("Href {} is also the Href of {}", refpage::quoted(href), refpage::quoted(pages_[first].source)));
+                    fmt::format("Href {} is also the Href of {}", refpage::quoted(page.href),
+                                refpage::quoted(pages_[first].source)));
         }
 
-        auto const& entities = page.page->getRefEntities();
-        for (std::size_t e = 0; e < entities.size(); ++e) {
-            auto const& entity = entities[e];
-            if (entity.getName().empty()) continue;
-            auto& places = names[entity.getName()];
-            auto const earlier = std::find_if(places.begin(), places.end(), [&](Place const& place) {
-                return place.page != p || place.type == entity.getRefEntityType();
-            });
-            if (earlier != places.end()) {
-                std::string const where = earlier->page == p
-                                              ? fmt::format("/RefEntities/{} of this page", earlier->entity)
-                                              : fmt::format("{} (/RefEntities/{})", refpage::quoted(pages_[earlier->page].source),
-                                                            earlier->entity);
-                add(DocSetIssue::DuplicateName, fmt::format("/RefEntities/{}/Name", e),
-                    fmt::format("entity name {} is also documented by {}", refpage::quoted(utf8(entity.getName())), where));
+        for (std::size_t e = 0; e < page.entities.size(); ++e) {
+            EntitySummary const& entity = page.entities[e];
+            if (entity.name.empty()) continue;
+            auto [found, isNew] = names.try_emplace(entity.name, FirstPlaces{p, e, {}});
+            FirstPlaces& first = found->second;
+            if (isNew) {
+                first.byType.emplace(entity.type, e);
+                continue;
             }
-            places.push_back({p, e, entity.getRefEntityType()});
+            std::string where;
+            if (first.page != p) {
+                where = fmt::format("{} (/RefEntities/{})", refpage::quoted(pages_[first.page].source), first.entity);
+            } else if (auto [sameType, typeIsNew] = first.byType.try_emplace(entity.type, e); !typeIsNew) {
+                where = fmt::format("/RefEntities/{} of this page", sameType->second);
+            } else {
+                continue;
+            }
+            add(DocSetIssue::DuplicateName, fmt::format("/RefEntities/{}/Name", e),
+                fmt::format("entity name {} is also documented by {}", refpage::quoted(entity.name), where));
         }
 
-        for (auto const& link : linksOf(*page.page)) {
-            std::string const text = utf8(*link.text);
-            if (resolve(text).kind == LinkTarget::Kind::Unresolved)
+        for (auto const& link : page.links)
+            if (resolve(link.text).kind == LinkTarget::Kind::Unresolved)
                 add(DocSetIssue::UnresolvedLink, link.pointer,
-                    fmt::format("link {} leads to no page of the set", refpage::quoted(text)));
-        }
+                    fmt::format("link {} leads to no page of the set", refpage::quoted(link.text)));
     }
-
-    DocSetReport report;
-    for (auto& findings : perPage)
-        std::move(findings.begin(), findings.end(), std::back_inserter(report.findings));
     return report;
-}
-
-std::vector<DocSetPage> docSetPages(std::span<PageInput const> sources, std::span<LoadResult const> results) {
-    std::vector<DocSetPage> pages;
-    for (std::size_t i = 0; i < results.size() && i < sources.size(); ++i)
-        if (results[i].ok())
-            pages.push_back({sources[i].source, results[i].page, &nativePage(results[i].page.get())});
-    return pages;
 }
 
 }  // namespace refpage

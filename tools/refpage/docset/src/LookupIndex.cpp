@@ -80,17 +80,17 @@ void fill(sqlite::Database const& db, std::span<LookupEntry const> entries) {
 
 }  // namespace
 
-std::vector<LookupEntry> lookupEntries(DocSet const& set) {
+std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string const> links) {
     std::vector<LookupEntry> entries;
     auto const& pages = set.pages();
     for (std::size_t p = 0; p < pages.size(); ++p) {
-        RefItem const& page = *pages[p].page;
-        bool const deprecated = page.getDeprecationStatus() != DeprecationStatus::Current;
-        for (auto const& entity : page.getRefEntities())
-            entries.push_back({RecordProducer::makeRefItemLookup(entity.getName(), entity.getRefEntityType(),
-                                                                 page.getPurpose(), deprecated, page.getHref(),
-                                                                 entity.getFunctionType()),
-                               p, pages[p].source});
+        PageSummary const& page = pages[p];
+        std::u16string const purpose = utf8::utf8to16(page.purpose);
+        std::u16string const link = utf8::utf8to16(p < links.size() ? links[p] : page.href);
+        for (auto const& entity : page.entities)
+            entries.push_back({RecordProducer::makeRefItemLookup(utf8::utf8to16(entity.name), entity.type, purpose,
+                                                                 page.deprecated, link, entity.functionType),
+                               p, page.source});
     }
     return entries;
 }
@@ -247,14 +247,6 @@ std::string LookupIndex::searchData() const {
     }
     nlohmann::json data{{"ranking", rankingDescription()}, {"entries", std::move(entries)}};
     return data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
-std::string searchIndexScript(LookupIndex const& index) {
-    return fmt::format(
-        "// The lookup index for the search script (search-rank.js).\n"
-        "const refpageSearchData = {};\n"
-        "if (typeof module !== 'undefined') module.exports = refpageSearchData;\n",
-        index.searchData());
 }
 
 }  // namespace refpage

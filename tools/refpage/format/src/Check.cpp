@@ -7,6 +7,7 @@
 #include <ovrin/array.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/format/Check.hpp>
+#include <refpage/support/Parallel.hpp>
 #include <refpage/format/Loader.hpp>
 #include <refpage/support/TextPosition.hpp>
 #include <refpage/format/Writer.hpp>
@@ -336,14 +337,28 @@ CheckReport checkPage(std::string_view text, std::string_view source, LoadOption
     return run(text, nullptr, source, options, nullptr);
 }
 
-CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options, LoadResult* page) {
-    if (text.capacity() - text.size() > text.size() / 4) {
-        try {
-            text.shrink_to_fit();
-        } catch (std::bad_alloc const&) {  // checked as it is
+void checkEach(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options, bool withPages,
+               CheckVisitor visit) {
+    ensureHostClasses();
+    forEachIndex(inputs.size(), jobs, [&](std::size_t i) {
+        PageInput const& input = inputs[i];
+        auto error = withPageText(input, [&](std::string_view text, std::string* owned) {
+            if (owned != nullptr && owned->capacity() - owned->size() > owned->size() / 4) {
+                try {
+                    owned->shrink_to_fit();
+                } catch (std::bad_alloc const&) {  // checked as it is
+                }
+            }
+            LoadResult page;
+            CheckReport report = run(text, owned, input.source, options, withPages ? &page : nullptr);
+            visit(i, std::move(report), page.ok() ? &page : nullptr);
+        });
+        if (error) {
+            CheckReport report;
+            report.failures.push_back(std::move(*error));
+            visit(i, std::move(report), nullptr);
         }
-    }
-    return run(text, &text, source, options, page);
+    });
 }
 
 }  // namespace refpage

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <refpage/site/DocsetBundle.hpp>
 #include <refpage/site/Html.hpp>
+#include <refpage/site/Paths.hpp>
 #include <refpage/support/Text.hpp>
 
 namespace refpage {
@@ -32,14 +33,13 @@ std::string docsetInfoPlist(std::string_view name) {
         escapeHtml(id), escapeHtml(name));
 }
 
-SiteReport buildDocset(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
-                       std::filesystem::path const& output, std::string_view name, SiteOptions site,
-                       DocsetIndexWriter const& writeIndex) {
+SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> inputs, std::filesystem::path const& output,
+                       std::string_view name, SiteOptions site) {
     auto const contents = output / "Contents";
     auto const resources = contents / "Resources";
     site.output = resources / "Documents";
     if (site.title == SiteOptions{}.title) site.title = std::string(name);
-    SiteReport report = buildSite(pages, resolve, site);
+    SiteReport report = buildSite(loaded, inputs, site);
     auto write = [&](std::filesystem::path const& file, std::string const& text) {
         std::ofstream out(file, std::ios::binary | std::ios::trunc);
         out << text;
@@ -49,7 +49,16 @@ SiteReport buildDocset(std::span<SitePageInput const> pages, SiteLinkResolver co
     write(contents / "Info.plist", docsetInfoPlist(name));
     nlohmann::json const meta{{"name", std::string(name)}, {"title", std::string(name)}};
     write(output / "meta.json", meta.dump(1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n");
-    writeIndex(resources / "docSet.dsidx", report.paths, report.errors);
+    // The docset's index is the lookup index, its paths the pages' places in the site.
+    auto const index = resources / "docSet.dsidx";
+    try {
+        std::vector<std::string> links;
+        links.reserve(report.paths.size());
+        for (auto const& path : report.paths) links.push_back(percentEncode(path));
+        writeLookupIndex(index, lookupEntries(loaded.set, links));
+    } catch (std::exception const& e) {
+        report.errors.push_back(PageError{index.string(), {}, e.what()});
+    }
     return report;
 }
 

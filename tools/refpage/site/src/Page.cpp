@@ -1,6 +1,6 @@
 #include <fmt/format.h>
 
-#include <refpage/format/Lookup.hpp>
+#include <refpage/format/PageTitle.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>
 #include <refpage/site/Html.hpp>
@@ -35,16 +35,17 @@ public:
     mstch::map link(std::string const& text, std::u16string const& target, std::string pointer) {
         mstch::map out{{"text", text}, {"kind", std::string("text")}};
         std::string const url = utf8(target);
-        SiteLink const resolved = resolve(url);
+        LinkTarget const resolved = resolve(url);
         switch (resolved.kind) {
-            case SiteLink::Kind::Empty: break;
-            case SiteLink::Kind::External:
+            case LinkTarget::Kind::Empty: break;
+            case LinkTarget::Kind::External:
                 if (isWebUrl(url)) {
                     out["href"] = url;
                     out["external"] = true;
                 }
                 break;
-            case SiteLink::Kind::Page:
+            case LinkTarget::Kind::SamePage:
+            case LinkTarget::Kind::Page:
                 if (resolved.page == view_.index && !resolved.fragment.empty()) {
                     std::string href(1, '#');
                     href += percentEncode(resolved.fragment, true);
@@ -58,7 +59,7 @@ public:
                     out["href"] = href;
                 }
                 break;
-            case SiteLink::Kind::Unresolved:
+            case LinkTarget::Kind::Unresolved:
                 out["kind"] = std::string("unresolved");
                 unresolved.push_back(std::move(pointer));
                 break;
@@ -76,8 +77,8 @@ public:
 
     /// Sets `item["id"]` to the fragment of `target` when it leads into this page and is not taken.
     void anchor(mstch::map& item, std::u16string const& target) {
-        SiteLink const resolved = resolve(utf8(target));
-        if (resolved.kind == SiteLink::Kind::Page && resolved.page == view_.index && !resolved.fragment.empty() &&
+        LinkTarget const resolved = resolve(utf8(target));
+        if (resolved.kind == LinkTarget::Kind::Page && resolved.page == view_.index && !resolved.fragment.empty() &&
             ids_.insert(resolved.fragment).second)
             item["id"] = resolved.fragment;
     }
@@ -85,9 +86,14 @@ public:
     std::vector<std::string> unresolved;
 
 private:
-    SiteLink resolve(std::string const& url) const {
-        if (url.starts_with("#")) return {SiteLink::Kind::Page, view_.index, url.substr(1)};
-        return (*view_.resolve)(url);
+    /// Where `url` leads, a link into this page being one to the page of `view_.index`.
+    LinkTarget resolve(std::string const& url) const {
+        LinkTarget target = view_.set->resolve(url);
+        if (target.kind == LinkTarget::Kind::SamePage) {
+            target.kind = LinkTarget::Kind::Page;
+            target.page = view_.index;
+        }
+        return target;
     }
 
     SitePageView const& view_;
@@ -124,13 +130,6 @@ mstch::array columns(std::initializer_list<char const*> names) {
 
 }  // namespace
 
-std::string sitePageTitle(RefItem const& page) {
-    auto const& entities = page.getRefEntities();
-    if (!entities.empty() && !entities.front().getName().empty()) return utf8(entities.front().getName());
-    if (!page.getHref().empty()) return utf8(page.getHref());
-    return "Untitled page";
-}
-
 RenderedPage renderSitePage(RefItem const& page, SitePageView const& view, SiteTemplates const& templates) {
     PageContext context(view);
     std::string const root = rootPrefix(view.path);
@@ -138,7 +137,7 @@ RenderedPage renderSitePage(RefItem const& page, SitePageView const& view, SiteT
                     {"root", root},
                     {"csp", std::string(siteContentSecurityPolicy)},
                     {"siteTitle", std::string(view.siteTitle)},
-                    {"title", sitePageTitle(page)}};
+                    {"title", pageTitle(page)}};
     auto const& entities = page.getRefEntities();
     if (!entities.empty()) data["kind"] = RefEntityType::enumToString(entities.front().getRefEntityType());
     if (page.getDeprecationStatus() != DeprecationStatus::Current)

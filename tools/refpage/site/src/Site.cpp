@@ -1,20 +1,17 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <atomic>
 #include <exception>
 #include <fstream>
 #include <map>
 #include <set>
 #include <nlohmann/json.hpp>
-#include <reference/property/RecordProducer.hpp>
-#include <refpage/format/Lookup.hpp>
+#include <refpage/support/Parallel.hpp>
 #include <refpage/site/Html.hpp>
 #include <refpage/site/Site.hpp>
 #include <refpage/site/Paths.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>
-#include <thread>
 #include <utf8.h>
 
 #include "Mustache.hpp"
@@ -55,11 +52,11 @@ bool writeFile(std::filesystem::path const& root, std::string_view path, std::st
 
 }  // namespace
 
-SiteReport planSite(std::span<SitePageInput const> pages) {
+SiteReport planSite(DocSet const& set) {
     std::vector<std::string> hrefs, names;
-    for (auto const& input : pages) {
-        hrefs.push_back(utf8(input.page->getHref()));
-        names.push_back(sitePageTitle(*input.page));
+    for (auto const& page : set.pages()) {
+        hrefs.push_back(page.href);
+        names.push_back(page.title);
     }
     PagePathAssignment assignment = assignPagePaths(hrefs, names);
     SiteReport report;
@@ -68,32 +65,31 @@ SiteReport planSite(std::span<SitePageInput const> pages) {
                                 : safePagePath(hrefs[i]) ? "another page has the same Href"
                                                          : fmt::format("Href {} is not a safe relative .html path",
                                                                        refpage::quoted(hrefs[i]));
-        report.warnings.push_back(
-            {pages[i].source, "/Href", fmt::format("{}; written as {}", why, refpage::quoted(assignment.paths[i]))});
+        report.warnings.push_back({set.pages()[i].source, "/Href",
+                                   fmt::format("{}; written as {}", why, refpage::quoted(assignment.paths[i]))});
     }
+    report.movedPages = assignment.derived.size();
     report.paths = std::move(assignment.paths);
     return report;
 }
 
-std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<std::string> const& paths,
-                            SiteOptions const& options) {
+std::string renderSiteIndex(DocSet const& set, std::vector<std::string> const& paths, SiteOptions const& options) {
     struct Entry {
-        std::string title, purpose;
+        std::string_view title, purpose;
         bool deprecated;
         std::size_t page;
     };
     // Sorted by package, then title, then page order, ignoring ASCII case first.
     std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
+    auto const& pages = set.pages();
     for (std::size_t i = 0; i < pages.size(); ++i) {
-        RefItem const& page = *pages[i].page;
-        std::string const package = utf8(page.getPackageName());
+        PageSummary const& page = pages[i];
+        std::string const& package = page.package;
         auto& slot = packages[{package.empty() ? 1 : 0, asciiLowered(package) + '\0' + package}];
         slot.first = package.empty() ? "Other pages" : package;
-        slot.second.push_back({sitePageTitle(page), utf8(page.getPurpose()),
-                               page.getDeprecationStatus() != DeprecationStatus::Current, i});
+        slot.second.push_back({page.title, page.purpose, page.deprecated, i});
     }
     mstch::array packageData;
-    std::size_t const pageCount = pages.size();
     for (auto& [key, package] : packages) {
         auto& entries = package.second;
         std::stable_sort(entries.begin(), entries.end(), [](Entry const& a, Entry const& b) {
@@ -101,10 +97,10 @@ std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<st
         });
         mstch::array entryData;
         for (auto const& entry : entries) {
-            mstch::map item{{"name", entry.title},
+            mstch::map item{{"name", std::string(entry.title)},
                             {"href", relativeUrl(siteIndexPath, paths[entry.page])},
                             {"deprecated", entry.deprecated}};
-            if (!entry.purpose.empty()) item["purpose"] = entry.purpose;
+            if (!entry.purpose.empty()) item["purpose"] = std::string(entry.purpose);
             entryData.push_back(std::move(item));
         }
         packageData.push_back(mstch::map{{"name", package.first}, {"entries", std::move(entryData)}});
@@ -113,47 +109,13 @@ std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<st
                     {"root", std::string()},
                     {"csp", std::string(siteContentSecurityPolicy)},
                     {"siteTitle", options.title},
-                    {"pageCount", std::to_string(pageCount)},
+                    {"pageCount", std::to_string(pages.size())},
                     {"packageCount", std::to_string(packages.size())},
                     {"packages", std::move(packageData)}};
     return renderMustache(options.templates.index, data, options.templates);
 }
 
-DocSet siteDocSet(std::span<SitePageInput const> pages) {
-    std::vector<DocSetPage> setPages;
-    setPages.reserve(pages.size());
-    for (auto const& page : pages) setPages.push_back(DocSetPage{page.source, {}, page.page});
-    return DocSet(std::move(setPages));
-}
-
-SiteLinkResolver siteLinkResolver(DocSet const& set) {
-    return [&set](std::string_view link) -> SiteLink {
-        LinkTarget target = set.resolve(link);
-        switch (target.kind) {
-            case LinkTarget::Kind::Page: return {SiteLink::Kind::Page, target.page, std::move(target.fragment)};
-            case LinkTarget::Kind::External: return {SiteLink::Kind::External, 0, {}};
-            case LinkTarget::Kind::Unresolved: return {SiteLink::Kind::Unresolved, 0, {}};
-            case LinkTarget::Kind::SamePage:  // the page renders fragment-only links itself
-            case LinkTarget::Kind::Empty: break;
-        }
-        return {};
-    };
-}
-
-std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths) {
-    std::vector<LookupEntry> entries = lookupEntries(set);
-    for (auto& entry : entries) {
-        RefItemLookup const& lookup = entry.lookup;
-        entry.lookup = RecordProducer::makeRefItemLookup(lookup.getName(), lookup.getType(), lookup.getPurpose(),
-                                                         lookup.isDeprecated(),
-                                                         utf8::utf8to16(percentEncode(paths[entry.page])),
-                                                         lookup.getFunctionType());
-    }
-    return entries;
-}
-
-std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vector<std::string> const& paths) {
-    DocSet const set = siteDocSet(pages);
+std::string siteSearchIndexScript(DocSet const& set, std::vector<std::string> const& paths) {
     std::vector<LookupEntry> const entries = lookupEntries(set);
     nlohmann::json data = nlohmann::json::parse(LookupIndex::inMemory(entries).searchData());
     auto& listed = data["entries"];
@@ -163,40 +125,41 @@ std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vec
            ";\n";
 }
 
-SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
-                     SiteOptions const& options) {
-    SiteReport report = planSite(pages);
+SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options) {
+    DocSet const& set = loaded.set;
+    std::size_t const count = set.pages().size();
+    SiteReport report = planSite(set);
     makeFolders(options.output, report.paths, report.errors);
-    std::vector<RenderedPage> rendered(pages.size());
-    std::vector<PageErrors> pageErrors(pages.size());
-    std::atomic<std::size_t> next{0};
-    auto work = [&] {
-        for (std::size_t i = next++; i < pages.size(); i = next++) {
-            try {
-                SitePageView const view{i, report.paths[i], &report.paths, &resolve, options.title, options.lang};
-                rendered[i] = renderSitePage(*pages[i].page, view, options.templates);
-                writeFile(options.output, report.paths[i], rendered[i].html, pageErrors[i]);
-                rendered[i].html.clear();
-                rendered[i].html.shrink_to_fit();
-            } catch (std::exception const& e) {
-                pageErrors[i].push_back({pages[i].source, "", fmt::format("cannot render: {}", e.what())});
-            }
+    // Pages are loaded again, rendered, written and released on the threads, in any order;
+    // what each says is kept by page and reported in page order.
+    std::vector<std::vector<std::string>> unresolved(count);
+    std::vector<PageErrors> pageErrors(count);
+    std::vector<char> written(count, 0);
+    forEachIndex(count, options.jobs, [&](std::size_t i) {
+        PageInput const& input = inputs[loaded.inputOf[i]];
+        LoadResult const page = loadInput(input, options.load);
+        if (!page.ok()) {
+            pageErrors[i] = page.errors;
+            return;
         }
-    };
-    unsigned const threads = std::clamp<unsigned>(options.jobs, 1, 256);
-    std::vector<std::jthread> workers;
-    for (unsigned t = 1; t < threads && t < pages.size(); ++t) workers.emplace_back(work);
-    work();
-    workers.clear();
-
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-        for (auto const& pointer : rendered[i].unresolved)
-            report.warnings.push_back({pages[i].source, pointer, "link leads to no page of the set; shown as text"});
-        report.unresolvedLinks += rendered[i].unresolved.size();
+        try {
+            SitePageView const view{i, report.paths[i], &report.paths, &set, options.title, options.lang};
+            RenderedPage rendered = renderSitePage(nativePage(page.page.get()), view, options.templates);
+            written[i] = writeFile(options.output, report.paths[i], rendered.html, pageErrors[i]) ? 1 : 0;
+            unresolved[i] = std::move(rendered.unresolved);
+        } catch (std::exception const& e) {
+            pageErrors[i].push_back({input.source, "", fmt::format("cannot render: {}", e.what())});
+        }
+    });
+    for (std::size_t i = 0; i < count; ++i) {
+        for (auto const& pointer : unresolved[i])
+            report.warnings.push_back({set.pages()[i].source, pointer, "link leads to no page of the set; shown as text"});
+        report.unresolvedLinks += unresolved[i].size();
+        report.pagesWritten += written[i];
         for (auto& error : pageErrors[i]) report.errors.push_back(std::move(error));
     }
     try {
-        writeFile(options.output, siteIndexPath, renderSiteIndex(pages, report.paths, options), report.errors);
+        writeFile(options.output, siteIndexPath, renderSiteIndex(set, report.paths, options), report.errors);
     } catch (std::exception const& e) {
         report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});
     }
@@ -204,7 +167,7 @@ SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver cons
     writeFile(options.output, assets + "style.css", options.templates.style, report.errors);
     writeFile(options.output, assets + "search.js", options.templates.script, report.errors);
     writeFile(options.output, assets + "search-rank.js", options.templates.rank, report.errors);
-    writeFile(options.output, assets + "search-index.js", siteSearchIndexScript(pages, report.paths), report.errors);
+    writeFile(options.output, assets + "search-index.js", siteSearchIndexScript(set, report.paths), report.errors);
     return report;
 }
 

@@ -1,4 +1,4 @@
-#include <refpage/format/Loader.hpp>
+#include <refpage/format/Inputs.hpp>
 #include <refpage/site/Templates.hpp>
 #include <system_error>
 

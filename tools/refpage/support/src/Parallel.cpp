@@ -13,7 +13,7 @@ unsigned threadCount(unsigned jobs) noexcept {
     return std::max(1U, std::thread::hardware_concurrency());
 }
 
-void forEachIndex(std::size_t count, unsigned jobs, std::function<void(std::size_t)> const& work) {
+void forEachIndex(std::size_t count, unsigned jobs, FunctionRef<void(std::size_t)> work) {
     std::size_t const threads = std::min<std::size_t>(threadCount(jobs), count);
     std::atomic<std::size_t> next{0};
     std::exception_ptr failure;

@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include <refpage/terminal/DisplayWidth.hpp>
-#include <refpage/format/Lookup.hpp>
+#include <refpage/format/PageTitle.hpp>
 #include <refpage/terminal/PageView.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/terminal/TextTable.hpp>
-#include <utf8.h>
+#include <refpage/support/Text.hpp>
 
 namespace refpage {
 
@@ -17,15 +17,15 @@ using namespace reference::property;
 namespace {
 
 /// Page text as it may reach a terminal: control and non-printable characters escaped.
-std::string utf8(std::u16string const& text) {
-    return displayable(utf8::utf16to8(text));
+std::string shown(std::u16string const& text) {
+    return displayable(utf8(text));
 }
 
 std::string joined(std::vector<std::u16string> const& values) {
     std::string text;
     for (auto const& value : values) {
         if (!text.empty()) text += " | ";
-        text += utf8(value);
+        text += shown(value);
     }
     return text;
 }
@@ -70,8 +70,8 @@ void objectTable(std::string& out, std::string const& title, std::vector<Record>
     heading(out, title);
     TextTable table({"Name", "Values", "Default", "Purpose"});
     for (auto const& record : records)
-        table.addRow({utf8(record.getName()), joined(record.getValues()), utf8(record.getDefaultValue()),
-                      utf8(record.getPurpose())});
+        table.addRow({shown(record.getName()), joined(record.getValues()), shown(record.getDefaultValue()),
+                      shown(record.getPurpose())});
     out += table.render();
 }
 
@@ -79,70 +79,68 @@ void objectTable(std::string& out, std::string const& title, std::vector<Record>
 
 std::string renderPage(RefItem const& page) {
     std::string out;
-    RefItemLookup const summary = makeLookup(page);
-    std::string const name = summary.getName().empty() ? utf8(page.getHref()) : utf8(summary.getName());
-    out += underlined(name, '=');
-    if (!page.getPurpose().empty()) out += indented(utf8(page.getPurpose()), "");
+    out += underlined(displayable(pageTitle(page)), '=');
+    if (!page.getPurpose().empty()) out += indented(shown(page.getPurpose()), "");
 
     out += "\n";
     TextTable facts({"", ""});
     for (auto const& entity : page.getRefEntities())
-        facts.addRow({"Entity", fmt::format("{} ({}, {})", utf8(entity.getName()),
+        facts.addRow({"Entity", fmt::format("{} ({}, {})", shown(entity.getName()),
                                             RefEntityType::enumToString(entity.getRefEntityType()),
                                             FunctionType::enumToString(entity.getFunctionType()))});
-    if (!page.getPackageName().empty()) facts.addRow({"Package", utf8(page.getPackageName())});
-    if (!page.getIntroduced().empty()) facts.addRow({"Introduced in", utf8(page.getIntroduced())});
+    if (!page.getPackageName().empty()) facts.addRow({"Package", shown(page.getPackageName())});
+    if (!page.getIntroduced().empty()) facts.addRow({"Introduced in", shown(page.getIntroduced())});
     facts.addRow({"Status", DeprecationStatus::enumToString(page.getDeprecationStatus())});
-    facts.addRow({"Link", utf8(page.getHref())});
+    facts.addRow({"Link", shown(page.getHref())});
     auto const& thumbnail = page.getAppThumbnail();
     if (!thumbnail.getFileRef().empty() || !thumbnail.getAlt().empty())
-        facts.addRow({"Thumbnail", fmt::format("{} ({})", utf8(thumbnail.getFileRef()), utf8(thumbnail.getAlt()))});
+        facts.addRow({"Thumbnail", fmt::format("{} ({})", shown(thumbnail.getFileRef()), shown(thumbnail.getAlt()))});
     std::string const factLines = facts.render();
     out += factLines.substr(factLines.find('\n') + 1);  // the empty header line
 
     if (!page.getDescription().empty()) {
         heading(out, "Description");
-        out += indented(utf8(page.getDescription()), "  ");
+        out += indented(shown(page.getDescription()), "  ");
     }
     for (auto const& group : page.getSyntaxGroups()) {
-        heading(out, fmt::format("{} [{}]", group.getTitle().empty() ? "Syntax" : utf8(group.getTitle()),
+        heading(out, fmt::format("{} [{}]", group.getTitle().empty() ? "Syntax" : shown(group.getTitle()),
                                  SyntaxType::enumToString(group.getSyntaxType())));
-        for (auto const& line : group.getSyntaxes()) out += indented(utf8(line), "  ");
+        for (auto const& line : group.getSyntaxes()) out += indented(shown(line), "  ");
     }
     for (auto const& group : page.getInputGroups()) {
         if (group.getInputs().empty()) continue;
-        heading(out, group.getTitle().empty() ? std::string("Inputs") : utf8(group.getTitle()));
+        heading(out, group.getTitle().empty() ? std::string("Inputs") : shown(group.getTitle()));
         TextTable table({"Name", "Values", "Default", "Syntax", "Purpose"});
         for (auto const& input : group.getInputs())
-            table.addRow({utf8(input.getName()) + (input.isNameValuePair() ? " (name-value)" : ""),
-                          joined(input.getValues()), utf8(input.getDefaultValue()),
-                          SyntaxType::enumToString(input.getSyntaxType()), utf8(input.getPurpose())});
+            table.addRow({shown(input.getName()) + (input.isNameValuePair() ? " (name-value)" : ""),
+                          joined(input.getValues()), shown(input.getDefaultValue()),
+                          SyntaxType::enumToString(input.getSyntaxType()), shown(input.getPurpose())});
         out += table.render();
     }
     if (!page.getOutputs().empty()) {
         heading(out, "Outputs");
         TextTable table({"Name", "Values", "Syntax", "Purpose"});
         for (auto const& output : page.getOutputs())
-            table.addRow({utf8(output.getName()), joined(output.getValues()),
-                          SyntaxType::enumToString(output.getSyntaxType()), utf8(output.getPurpose())});
+            table.addRow({shown(output.getName()), joined(output.getValues()),
+                          SyntaxType::enumToString(output.getSyntaxType()), shown(output.getPurpose())});
         out += table.render();
     }
     for (auto const& group : page.getClassPropertyGroups())
-        objectTable(out, group.getTitle().empty() ? std::string("Properties") : utf8(group.getTitle()),
+        objectTable(out, group.getTitle().empty() ? std::string("Properties") : shown(group.getTitle()),
                     group.getClassProperties());
     objectTable(out, "Parameters", page.getParameters());
     if (!page.getSeeAlsoInfo().empty()) {
         heading(out, "See also");
         TextTable table({"Name", "Link"}, 48);
-        for (auto const& link : page.getSeeAlsoInfo()) table.addRow({utf8(link.getName()), utf8(link.getUrl())});
+        for (auto const& link : page.getSeeAlsoInfo()) table.addRow({shown(link.getName()), shown(link.getUrl())});
         out += table.render();
     }
     if (!page.getExamples().empty()) {
         heading(out, "Examples");
         for (auto const& example : page.getExamples()) {
-            if (!example.getTitle().empty()) out += indented(utf8(example.getTitle()), "  ");
-            out += indented(">> " + utf8(example.getOpenCommand()), "    ");
-            if (!example.getUrl().empty()) out += indented("(" + utf8(example.getUrl()) + ")", "    ");
+            if (!example.getTitle().empty()) out += indented(shown(example.getTitle()), "  ");
+            out += indented(">> " + shown(example.getOpenCommand()), "    ");
+            if (!example.getUrl().empty()) out += indented("(" + shown(example.getUrl()) + ")", "    ");
         }
     }
     return out;

@@ -1,14 +1,11 @@
-// A doc set: pages loaded together, the links between them, and what is wrong
-// with the set as a whole (links that lead nowhere, pages sharing one Href, one
-// entity name documented twice).
+// A doc set: the summaries of pages loaded together, the links between them, and
+// what is wrong with the set as a whole (links that lead nowhere, pages sharing one
+// Href, one entity name documented twice).
 #pragma once
 
 #include <cstddef>
-#include <reference/property/HostArray.hpp>
-#include <reference/property/RefItem.hpp>
+#include <refpage/docset/PageSummary.hpp>
 #include <refpage/format/PageError.hpp>
-#include <refpage/format/ParallelLoad.hpp>
-#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -16,21 +13,14 @@
 
 namespace refpage {
 
-/// One page of a doc set, loaded through the host.
-struct DocSetPage {
-    std::string source;                        ///< the file as named or found; diagnostics name it
-    reference::property::HostArrayPtr object;  ///< the RefItem host object; keeps `page` alive
-    reference::property::RefItem const* page;  ///< the native page, borrowed from `object`; never null
-};
-
 /// Where a link written in a page leads. Links are relative to the doc set's root
 /// ("reference/generated/numpy.argsort.html#x" on any page), absolute (a scheme, "//"
-/// or "/"), or a fragment of the page that holds them ("#numpy.sort-axis").
+/// or "/"), or lead into the page that holds them ("#numpy.sort-axis", "./#x", "./").
 struct LinkTarget {
     enum class Kind {
         Empty,       ///< no link at all
         External,    ///< absolute; never fetched, never checked
-        SamePage,    ///< only a fragment: the page holding the link
+        SamePage,    ///< a fragment of, or the whole of, the page holding the link
         Page,        ///< a page of the set
         Unresolved,  ///< relative, but no page of the set has that Href
     } kind = Kind::Empty;
@@ -63,26 +53,22 @@ struct DocSetReport {
 class DocSet {
 public:
     /// Takes the pages in the order given; that order decides which of two pages is "earlier".
-    explicit DocSet(std::vector<DocSetPage> pages);
+    explicit DocSet(std::vector<PageSummary> pages);
 
-    std::vector<DocSetPage> const& pages() const noexcept { return pages_; }
+    std::vector<PageSummary> const& pages() const noexcept { return pages_; }
 
-    /// Where `link` (UTF-8) leads. A relative link names a page by its Href, fragment ignored;
+    /// Where `link` leads. A relative link names a page by its Href, fragment ignored;
     /// with several pages sharing that Href it is the first.
     LinkTarget resolve(std::string_view link) const;
 
-    /// Every cross-page finding: relative links (see-also and example Url; Href of inputs,
-    /// outputs, parameters and class properties) that resolve to no page, pages sharing
-    /// one Href, and entity names documented by several pages, or twice with one entity
-    /// type on one page (a class and its constructor share a name by design).
+    /// Every cross-page finding: links that resolve to no page, pages sharing one Href, and
+    /// entity names documented by several pages, or twice with one entity type on one page (a
+    /// class and its constructor share a name by design). Time is linear in the set's size.
     DocSetReport check() const;
 
 private:
-    std::vector<DocSetPage> pages_;
-    std::unordered_map<std::string, std::size_t> byHref_;  ///< UTF-8 Href without fragment -> first page with it
+    std::vector<PageSummary> pages_;
+    std::unordered_map<std::string, std::size_t> byHref_;  ///< Href without fragment -> first page with it
 };
-
-/// The pages that loaded, in order, for a DocSet; results that failed are skipped.
-std::vector<DocSetPage> docSetPages(std::span<PageInput const> sources, std::span<LoadResult const> results);
 
 }  // namespace refpage

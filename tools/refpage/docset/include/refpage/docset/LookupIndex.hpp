@@ -33,15 +33,16 @@ public:
 
 /// One entity of one page.
 struct LookupEntry {
-    reference::property::RefItemLookup lookup;  ///< made by RecordProducer::makeRefItemLookup
+    reference::property::RefItemLookup lookup;  ///< the entity's lookup record
     std::size_t page = 0;                       ///< index into the DocSet's pages
     std::string source;                         ///< the page's file
 };
 
-/// One lookup per entity of every page, in page order then entity order: the entity's name,
-/// type and function type, the page's purpose and Href, deprecated when the page's status is
-/// not Current. A page without entities has no entry.
-std::vector<LookupEntry> lookupEntries(DocSet const& set);
+/// One lookup record per entity of every page, in page order then entity order: the entity's
+/// name, type and function type, the page's purpose, deprecated when the page's status is not
+/// Current, and as its link the page's Href, or with `links` the page's entry there (the site
+/// gives each page's path). A page without entities has no entry.
+std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string const> links = {});
 
 /// The docset entry type of an entity type, from one table:
 ///   Function, C, Cpp -> Function; Class; Method; Constructor; Property, Properties -> Property;
@@ -99,9 +100,5 @@ private:
     explicit LookupIndex(std::unique_ptr<Impl> impl);
     std::unique_ptr<Impl> impl_;
 };
-
-/// A script for the browser: `const refpageSearchData = <searchData()>;`, and for node the
-/// same object as module.exports.
-std::string searchIndexScript(LookupIndex const& index);
 
 }  // namespace refpage

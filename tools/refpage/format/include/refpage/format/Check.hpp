@@ -6,6 +6,7 @@
 #include <refpage/format/PageError.hpp>
 #include <refpage/format/Loader.hpp>
 #include <refpage/format/Parser.hpp>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,10 +37,17 @@ struct CheckReport {
 /// "out of memory" and at which stage.
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options = {});
 
-/// The same, taking the text so that it is released as soon as it is no longer needed.
-/// With `page`, a page that passes is handed over there, loaded, instead of being released
-/// (for callers that go on with it, such as the check of a doc set); otherwise `page` is left empty.
-CheckReport checkOwnedPage(std::string text, std::string_view source, LoadOptions const& options = {},
-                           LoadResult* page = nullptr);
+/// Called on the thread that checked input `index`, once per input; `page` is the loaded page
+/// when the check passed and pages were asked for, else null, and is released when it returns.
+using CheckVisitor = FunctionRef<void(std::size_t index, CheckReport&& report, LoadResult const* page)>;
+
+/// Checks every input on up to `jobs` threads (0: one per core), each page independently:
+/// read (a page that cannot be read fails with the reason), checked as checkPage does, its
+/// text released as soon as it is no longer needed. With `withPages`, `visit` also sees each
+/// page that passed; otherwise a page is released before its written text is read again.
+/// When `visit` runs out of memory it is called once more for the same input with only the
+/// failure "out of memory".
+void checkEach(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options, bool withPages,
+               CheckVisitor visit);
 
 }  // namespace refpage

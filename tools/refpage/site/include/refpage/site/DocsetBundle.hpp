@@ -3,18 +3,12 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <refpage/site/Site.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace refpage {
-
-/// Writes the docset's index at `file` for pages at `paths` (site paths, in page order,
-/// relative to Documents/); false with an error when it cannot.
-using DocsetIndexWriter =
-    std::function<bool(std::filesystem::path const& file, std::vector<std::string> const& paths, PageErrors& errors)>;
 
 /// `name` lowered, keeping ASCII letters, digits, '.', '-' and '_' ("docset" when none is
 /// left): the bundle identifier and platform family.
@@ -24,10 +18,10 @@ std::string docsetIdentifier(std::string_view name);
 /// dashIndexFilePath (index.html). Texts are XML-escaped.
 std::string docsetInfoPlist(std::string_view name);
 
-/// Writes the docset folder at `output` with `site` (its `output` is ignored: the site
-/// goes into Documents/). meta.json holds the name.
-SiteReport buildDocset(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
-                       std::filesystem::path const& output, std::string_view name, SiteOptions site,
-                       DocsetIndexWriter const& writeIndex);
+/// Writes the docset folder at `output`: the site of `loaded` (as buildSite writes it; `site.output`
+/// is ignored: the site goes into Documents/), Info.plist, the lookup index of the set as
+/// docSet.dsidx with each entry's path its page's site path, and meta.json with the name.
+SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> inputs, std::filesystem::path const& output,
+                       std::string_view name, SiteOptions site);
 
 }  // namespace refpage

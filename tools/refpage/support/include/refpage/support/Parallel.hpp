@@ -3,7 +3,7 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
+#include <refpage/support/FunctionRef.hpp>
 
 namespace refpage {
 
@@ -13,6 +13,6 @@ unsigned threadCount(unsigned jobs) noexcept;
 /// Calls `work(i)` for every i in [0, count) on up to `jobs` threads (0: one per core).
 /// Each index is taken once; `work` must only touch what index i owns. Returns when all are
 /// done; the first exception a call throws is rethrown here after the others finish.
-void forEachIndex(std::size_t count, unsigned jobs, std::function<void(std::size_t)> const& work);
+void forEachIndex(std::size_t count, unsigned jobs, FunctionRef<void(std::size_t)> work);
 
 }  // namespace refpage

@@ -27,7 +27,7 @@ std::string lastComponent(std::string const& name) {
     return dot == std::string::npos ? name : name.substr(dot + 1);
 }
 
-void createSchema(sqlite::Database const& db) {
+void createSchema(sqlite::Database& db) {
     db.execute(fmt::format(
                    "CREATE TABLE lookup(id INTEGER PRIMARY KEY, name TEXT NOT NULL, last TEXT NOT NULL, "
                    "entity_type INTEGER NOT NULL, function_type INTEGER NOT NULL, purpose TEXT NOT NULL, "
@@ -42,13 +42,13 @@ void createSchema(sqlite::Database const& db) {
                    .c_str());
 }
 
-void fill(sqlite::Database const& db, std::span<LookupEntry const> entries) {
+void fill(sqlite::Database& db, std::span<LookupEntry const> entries) {
     db.execute("BEGIN");
-    sqlite::Statement const lookup(db,
+    sqlite::Statement lookup(db,
                                    "INSERT INTO lookup(id, name, last, entity_type, function_type, purpose, "
                                    "deprecated, href, page_file) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
-    sqlite::Statement const text(db, "INSERT INTO lookup_text(rowid, name, purpose) VALUES (?1, ?2, ?3)");
-    sqlite::Statement const dash(db, "INSERT OR IGNORE INTO searchIndex(name, type, path) VALUES (?1, ?2, ?3)");
+    sqlite::Statement text(db, "INSERT INTO lookup_text(rowid, name, purpose) VALUES (?1, ?2, ?3)");
+    sqlite::Statement dash(db, "INSERT OR IGNORE INTO searchIndex(name, type, path) VALUES (?1, ?2, ?3)");
     std::int64_t id = 0;
     for (auto const& entry : entries) {
         ++id;
@@ -134,7 +134,7 @@ void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry c
     try {
         AtomicFile file(path);
         try {
-            sqlite::Database const db(file.path().string(), SQLITE_OPEN_READWRITE);
+            sqlite::Database db(file.path().string(), SQLITE_OPEN_READWRITE);
             db.execute("PRAGMA journal_mode = OFF");  // a failed write leaves only the new file, which goes
             createSchema(db);
             fill(db, entries);
@@ -167,7 +167,7 @@ LookupIndex LookupIndex::open(std::filesystem::path const& path) {
         throw LookupIndexError(fmt::format("{}: no such index file", refpage::quoted(path.string())));
     try {
         sqlite::Database db(path.string(), SQLITE_OPEN_READONLY);
-        sqlite::Statement const version(db, "PRAGMA user_version");
+        sqlite::Statement version(db, "PRAGMA user_version");
         if (!version.step() || version.integer(0) != schemaVersion)
             throw LookupIndexError(fmt::format("{}: not a lookup index written by this tool", refpage::quoted(path.string())));
         return LookupIndex(std::make_unique<Impl>(std::move(db)));
@@ -187,7 +187,7 @@ std::vector<LookupHit> LookupIndex::find(std::string_view query, std::size_t lim
     std::vector<LookupHit> hits;
     if (query.empty()) return hits;
     std::vector<std::string> const words = queryWords(query);
-    sqlite::Statement const& statement = words.empty() ? impl_->withoutText : impl_->withText;
+    sqlite::Statement& statement = words.empty() ? impl_->withoutText : impl_->withText;
     statement.reset();
     statement.bind(1, query);
     if (!words.empty()) statement.bind(2, fullTextQuery(words));
@@ -210,14 +210,14 @@ std::vector<LookupHit> LookupIndex::find(std::string_view query, std::size_t lim
 }
 
 std::size_t LookupIndex::size() const {
-    sqlite::Statement const count(impl_->db, "SELECT count(*) FROM lookup");
+    sqlite::Statement count(impl_->db, "SELECT count(*) FROM lookup");
     count.step();
     return static_cast<std::size_t>(count.integer(0));
 }
 
 std::string LookupIndex::searchData() const {
     nlohmann::json entries = nlohmann::json::array();
-    sqlite::Statement const rows(impl_->db,
+    sqlite::Statement rows(impl_->db,
                                  "SELECT id, name, entity_type, function_type, purpose, deprecated, href, page_file "
                                  "FROM lookup ORDER BY id");
     std::vector<std::int64_t> ids;
@@ -236,7 +236,7 @@ std::string LookupIndex::searchData() const {
     }
     // The words as the full-text index holds them, so the script's BM25 counts what SQLite counts.
     impl_->db.execute("CREATE VIRTUAL TABLE IF NOT EXISTS temp.lookup_words USING fts5vocab(main, lookup_text, instance)");
-    sqlite::Statement const words(impl_->db, "SELECT doc, col, term FROM temp.lookup_words ORDER BY doc, col, offset");
+    sqlite::Statement words(impl_->db, "SELECT doc, col, term FROM temp.lookup_words ORDER BY doc, col, offset");
     std::size_t at = 0;
     while (words.step()) {
         std::int64_t const doc = words.integer(0);

@@ -12,7 +12,7 @@ Database::Database(std::string const& path, int flags) {
         throw SqliteError(fmt::format("cannot open the database: {}", raw ? sqlite3_errmsg(raw) : sqlite3_errstr(code)));
 }
 
-void Database::execute(char const* sql) const {
+void Database::execute(char const* sql) {
     char* message = nullptr;
     int const code = sqlite3_exec(db_.get(), sql, nullptr, nullptr, &message);
     std::unique_ptr<char, decltype(&sqlite3_free)> const owned(message, &sqlite3_free);
@@ -24,7 +24,7 @@ void Database::require(int code, std::string_view doing) const {
         throw SqliteError(fmt::format("{}: {}", doing, sqlite3_errmsg(db_.get())));
 }
 
-Statement::Statement(Database const& db, std::string_view sql) : db_(&db) {
+Statement::Statement(Database& db, std::string_view sql) : db_(&db) {
     sqlite3_stmt* raw = nullptr;
     db.require(sqlite3_prepare_v3(db.get(), sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT, &raw,
                                   nullptr),
@@ -32,33 +32,33 @@ Statement::Statement(Database const& db, std::string_view sql) : db_(&db) {
     statement_.reset(raw);
 }
 
-void Statement::bind(int index, std::string_view text) const {
+void Statement::bind(int index, std::string_view text) {
     db_->require(sqlite3_bind_text(statement_.get(), index, text.data(), static_cast<int>(text.size()),
                                    SQLITE_TRANSIENT),
                  "binding a text");
 }
 
-void Statement::bind(int index, std::int64_t value) const {
+void Statement::bind(int index, std::int64_t value) {
     db_->require(sqlite3_bind_int64(statement_.get(), index, value), "binding a number");
 }
 
-void Statement::bind(int index, double value) const {
+void Statement::bind(int index, double value) {
     db_->require(sqlite3_bind_double(statement_.get(), index, value), "binding a number");
 }
 
-bool Statement::step() const {
+bool Statement::step() {
     int const code = sqlite3_step(statement_.get());
     db_->require(code, "running a statement");
     return code == SQLITE_ROW;
 }
 
-void Statement::run() const {
+void Statement::run() {
     while (step()) {
     }
     reset();
 }
 
-void Statement::reset() const {
+void Statement::reset() {
     sqlite3_reset(statement_.get());
 }
 

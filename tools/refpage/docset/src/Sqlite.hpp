@@ -32,7 +32,7 @@ public:
 
     sqlite3* get() const noexcept { return db_.get(); }
     /// Runs statements that bind nothing and return nothing.
-    void execute(char const* sql) const;
+    void execute(char const* sql);
     /// Throws SqliteError "`doing`: <SQLite's message>" when `code` is not SQLITE_OK/ROW/DONE.
     void require(int code, std::string_view doing) const;
 
@@ -43,23 +43,23 @@ private:
 /// One prepared statement; finalised with the handle. Binds are 1-based, columns 0-based.
 class Statement {
 public:
-    Statement(Database const& db, std::string_view sql);
+    Statement(Database& db, std::string_view sql);
 
-    void bind(int index, std::string_view text) const;
-    void bind(int index, std::int64_t value) const;
-    void bind(int index, double value) const;
+    void bind(int index, std::string_view text);
+    void bind(int index, std::int64_t value);
+    void bind(int index, double value);
     /// True while a row is ready; false once done.
-    bool step() const;
+    bool step();
     /// Runs to completion and resets for the next binds.
-    void run() const;
-    void reset() const;
+    void run();
+    void reset();
 
     std::string text(int column) const;
     std::int64_t integer(int column) const;
     double real(int column) const;
 
 private:
-    Database const* db_;
+    Database* db_;  ///< borrowed; outlives the statement
     std::unique_ptr<sqlite3_stmt, FinalizeStatement> statement_;
 };
 

@@ -97,7 +97,7 @@ TEST_F(PageFormat, NumbersAndKeysThatNameNoMemberAreStoredWithAWarning) {
     EXPECT_EQ(static_cast<std::uint32_t>(page(numbers).getDeprecationStatus()), 40u);
     EXPECT_EQ(written(numbers)["RefEntities"][0]["RefEntityType"], 4294967295u);
     ASSERT_EQ(numbers.warnings.size(), 2u);
-    EXPECT_EQ(numbers.warnings[0].describe("warning"), "test.json:1:23: warning: 40 names no member of "
+    EXPECT_EQ(numbers.warnings[0].describe(refpage::Severity::Warning), "test.json:1:23: warning: 40 names no member of "
                                                        "DeprecationStatus; stored 40 (Current) [/DeprecationStatus]");
     EXPECT_EQ(numbers.warnings[1].path, "/RefEntities/0/RefEntityType");
 
@@ -105,7 +105,7 @@ TEST_F(PageFormat, NumbersAndKeysThatNameNoMemberAreStoredWithAWarning) {
     ASSERT_TRUE(keys.ok());
     EXPECT_EQ(page(keys).getRefEntities()[0].getRefEntityType(), RefEntityType::Unknown);
     ASSERT_EQ(keys.warnings.size(), 1u);  // "n/a" is FunctionType's own default key
-    EXPECT_EQ(keys.warnings[0].describe("warning"),
+    EXPECT_EQ(keys.warnings[0].describe(refpage::Severity::Warning),
               "test.json:1:36: warning: \"Function\" names no member of RefEntityType; stored 27 (Unknown); did you "
               "mean \"function\"? [/RefEntities/0/RefEntityType]");
 
@@ -243,7 +243,7 @@ TEST_F(PageFormat, EachBadTextGivesOneErrorSayingWhereAndWhat) {
 
 TEST_F(PageFormat, DescribeLeavesOutWhatIsUnknownAndEscapesThePointer) {
     EXPECT_EQ((PageError{"f.json", {}, "no such file"}.describe()), "f.json: error: no such file");
-    EXPECT_EQ((PageError{"f.json", "/a\x1b[31m", "m", 1, 2}.describe("warning")), "f.json:1:2: warning: m [/a\\x1b[31m]");
+    EXPECT_EQ((PageError{"f.json", "/a\x1b[31m", "m", 1, 2}.describe(refpage::Severity::Warning)), "f.json:1:2: warning: m [/a\\x1b[31m]");
 }
 
 TEST_F(PageFormat, EveryErrorOfAPageIsReportedInPageOrderAndARepeatedKeysValueIsNotRead) {

@@ -74,7 +74,7 @@ protected:
     /// "file: warning: message [pointer]" of every finding.
     static Lines described(refpage::DocSetReport const& report) {
         Lines result;
-        for (auto const& finding : report.findings) result.push_back(finding.where.describe("warning"));
+        for (auto const& finding : report.findings) result.push_back(finding.where.describe(refpage::Severity::Warning));
         return result;
     }
 };

@@ -160,10 +160,10 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     EXPECT_TRUE(one.ok());
     EXPECT_EQ(tree(options.output), tree(oneFolder));
     ASSERT_EQ(one.warnings.size(), 7u);  // page 3's Href, pages 10 and 11's clash, links to n3, n10, n11, n12
-    EXPECT_EQ(one.warnings[0].describe("warning"),
+    EXPECT_EQ(one.warnings[0].describe(Severity::Warning),
               R"(page3.json: warning: Href "../evil.html" is not a safe relative .html path; written as )"
               R"("pages/p.n3.html" [/Href])");
-    EXPECT_EQ(one.warnings[1].describe("warning"),
+    EXPECT_EQ(one.warnings[1].describe(Severity::Warning),
               R"(page10.json: warning: another page has the same Href; written as "pages/p.n10.html" [/Href])");
     EXPECT_EQ(one.unresolvedLinks, 4u);
     EXPECT_EQ(one.paths, four.paths);

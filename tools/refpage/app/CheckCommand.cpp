@@ -46,9 +46,9 @@ std::string checkDocSet(DocSet const& set, GlobalOptions const& global, std::siz
     PageErrors where;
     for (auto const& finding : report.findings) where.push_back(finding.where);
     if (global.strict)
-        printErrors(where, "error");
+        printErrors(where, Severity::Error);
     else if (!global.quiet)
-        printErrors(where, "warning");
+        printErrors(where, Severity::Warning);
     findings = report.findings.size();
     std::string counts;
     for (std::size_t i = 0; i < docSetIssueCount; ++i) {
@@ -85,10 +85,10 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
     progress.clear();
     std::size_t failed = 0;
     for (auto const& report : reports) {
-        if (!global.quiet) printErrors(report.warnings, "warning");
+        if (!global.quiet) printErrors(report.warnings, Severity::Warning);
         if (!report.passed()) {
             ++failed;
-            printErrors(report.failures, "error");
+            printErrors(report.failures, Severity::Error);
         }
     }
     std::size_t findings = 0;

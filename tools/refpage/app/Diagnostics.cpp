@@ -26,14 +26,14 @@ std::string oneLine(std::string const& text) {
 
 }  // namespace
 
-void printErrors(PageErrors const& errors, std::string_view severity) {
+void printErrors(PageErrors const& errors, Severity severity) {
     for (auto const& error : errors) fmt::print(stderr, "{}\n", oneLine(error.describe(severity)));
 }
 
 void printLoadDiagnostics(LoadedSet const& loaded, bool quiet) {
     for (auto const& said : loaded.diagnostics) {
-        if (!quiet) printErrors(said.warnings, "warning");
-        printErrors(said.errors, "error");
+        if (!quiet) printErrors(said.warnings, Severity::Warning);
+        printErrors(said.errors, Severity::Error);
     }
 }
 

@@ -21,9 +21,9 @@ struct JsonOptions {
 
 int json(JsonOptions const& options, GlobalOptions const& global) {
     LoadResult const result = loadInput(PageInput::named(options.file), LoadOptions{global.strict});
-    if (!global.quiet) printErrors(result.warnings, "warning");
+    if (!global.quiet) printErrors(result.warnings, Severity::Warning);
     if (!result.ok()) {
-        printErrors(result.errors, "error");
+        printErrors(result.errors, Severity::Error);
         return exitFailed;
     }
     std::string const text = pageText(result.page.get()) + "\n";

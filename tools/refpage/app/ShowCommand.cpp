@@ -18,9 +18,9 @@ int show(std::string const& file, GlobalOptions const& global) {
     LoadOptions const load{global.strict};
     LoadResult const result =
         file.empty() ? loadPage(samplePage(), "<sample refpage.check.json>", load) : loadInput(PageInput::named(file), load);
-    if (!global.quiet) printErrors(result.warnings, "warning");
+    if (!global.quiet) printErrors(result.warnings, Severity::Warning);
     if (!result.ok()) {
-        printErrors(result.errors, "error");
+        printErrors(result.errors, Severity::Error);
         return exitFailed;
     }
     fmt::print("{}", renderPage(nativePage(result.page.get())));

@@ -41,7 +41,7 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
     if (!options.templates.empty()) {
         PageErrors errors;
         inputs.site.templates = SiteTemplates::load(options.templates, errors);
-        printErrors(errors, "error");
+        printErrors(errors, Severity::Error);
         if (!errors.empty()) inputs.status = exitFailed;
     }
     return inputs;
@@ -49,8 +49,8 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
 
 int finishSiteBuild(SiteReport const& report, SiteInputs const& inputs, SiteCommandOptions const& options,
                     GlobalOptions const& global, char const* what) {
-    if (!global.quiet) printErrors(report.warnings, "warning");
-    printErrors(report.errors, "error");
+    if (!global.quiet) printErrors(report.warnings, Severity::Warning);
+    printErrors(report.errors, Severity::Error);
     if (!global.quiet)
         fmt::print(stderr, "{}: {} pages written to {}, {} unresolved links shown as text, {} pages moved\n", what,
                    report.pagesWritten, refpage::quoted(options.output), report.unresolvedLinks, report.movedPages);

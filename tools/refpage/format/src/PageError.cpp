@@ -5,10 +5,10 @@
 
 namespace refpage {
 
-std::string PageError::describe(std::string_view severity) const {
+std::string PageError::describe(Severity severity) const {
     std::string text = source;
     if (line != 0) text += fmt::format(":{}:{}", line, column);
-    text += fmt::format(": {}: {}", severity, message);
+    text += fmt::format(": {}: {}", severity == Severity::Error ? "error" : "warning", message);
     if (!path.empty()) text += fmt::format(" [{}]", displayable(path));
     return text;
 }

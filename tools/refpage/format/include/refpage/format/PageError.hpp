@@ -8,6 +8,9 @@
 
 namespace refpage {
 
+/// How much a problem weighs: an error keeps a page from loading or a run from passing.
+enum class Severity { Error, Warning };
+
 struct PageError {
     std::string source;      ///< file name, or what stands for it ("<sample>", "-")
     std::string path;        ///< JSON pointer of the offending value, as "/InputGroups/0/Inputs/2/Name"; may be empty
@@ -17,7 +20,7 @@ struct PageError {
 
     /// "source:line:column: severity: message [pointer]"; the position is left out when
     /// unknown and the pointer when empty. The pointer is escaped for a terminal.
-    std::string describe(std::string_view severity = "error") const;
+    std::string describe(Severity severity = Severity::Error) const;
 };
 
 using PageErrors = std::vector<PageError>;

@@ -207,7 +207,8 @@ public:
     PageChecker(std::string_view source, CheckReport& report) : source_(source), report_(report) {}
 
     /// Checks `text`; releases `owned` (which holds `text` when not null) once it is no longer
-    /// needed. Hands the loaded page to `keep` when given, else releases it as soon as it can.
+    /// needed. Hands the loaded page to `keep` when given and the page passed, else releases
+    /// it as soon as it can; `keep` is set only as the last step.
     void check(std::string_view text, std::string* owned, LoadOptions const& options, LoadResult* keep) {
         stage_ = "reading the page";
         ParsedPage parsed = parsePage(text, source_, options);
@@ -245,14 +246,12 @@ public:
             text = {};
         }
         // Otherwise the written text is read back against a digest of the page's values, and
-        // the page is released (or handed over) before that reading.
+        // the page, unless it is kept, is released before that reading.
         std::size_t digest = 0;
         if (!inWrittenForm) digestValues(hostRecord(loaded.page.get()), digest);
-        if (keep != nullptr)
-            *keep = std::move(loaded);
-        else
-            loaded = LoadResult{};
+        if (keep == nullptr) loaded = LoadResult{};
         if (!inWrittenForm) compareWithWritten(written, digest);
+        if (keep != nullptr && report_.passed()) *keep = std::move(loaded);
     }
 
     std::string_view stage() const { return stage_; }
@@ -300,8 +299,10 @@ private:
     std::string_view stage_;
 };
 
-CheckReport runChecked(std::string_view text, std::string* owned, std::string_view source,
-                       LoadOptions const& options, LoadResult* keep) {
+/// Checks `text` (held by `owned` when not null, released as soon as it can be), handing the
+/// page to `keep` when it passes; running out of memory anywhere is the page's one failure.
+CheckReport checkText(std::string_view text, std::string* owned, std::string_view source, LoadOptions const& options,
+                      LoadResult* keep) {
     CheckReport report;
     std::string_view stage;
     try {
@@ -324,17 +325,10 @@ CheckReport runChecked(std::string_view text, std::string* owned, std::string_vi
     return report;
 }
 
-CheckReport run(std::string_view text, std::string* owned, std::string_view source, LoadOptions const& options,
-                LoadResult* keep) {
-    CheckReport report = runChecked(text, owned, source, options, keep);
-    if (keep != nullptr && !report.passed()) *keep = LoadResult{};
-    return report;
-}
-
 }  // namespace
 
 CheckReport checkPage(std::string_view text, std::string_view source, LoadOptions const& options) {
-    return run(text, nullptr, source, options, nullptr);
+    return checkText(text, nullptr, source, options, nullptr);
 }
 
 void checkEach(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options, bool withPages,
@@ -350,7 +344,7 @@ void checkEach(std::span<PageInput const> inputs, unsigned jobs, LoadOptions con
                 }
             }
             LoadResult page;
-            CheckReport report = run(text, owned, input.source, options, withPages ? &page : nullptr);
+            CheckReport report = checkText(text, owned, input.source, options, withPages ? &page : nullptr);
             visit(i, std::move(report), page.ok() ? &page : nullptr);
         });
         if (error) {

@@ -7,11 +7,11 @@
 #include <new>
 #include <optional>
 #include <refpage/format/Check.hpp>
+#include <refpage/format/Digest.hpp>
 #include <refpage/format/Loader.hpp>
 #include <refpage/format/Writer.hpp>
 #include <string>
 
-#include "RecordViews.hpp"
 
 #include "support/HostTest.hpp"
 
@@ -87,17 +87,13 @@ TEST_F(PageCheck, APageInTheWrittenFormPassesAsAnyOther) {
 // The written text is read back and compared with the page through a digest of their values,
 // taken from the page as the host holds it and from the text as read.
 std::size_t digestOfHost(refpage::LoadResult const& loaded) {
-    std::size_t digest = 0;
-    refpage::digestValues(refpage::hostRecord(loaded.page.get()), digest);
-    return digest;
+    return refpage::valuesDigest(loaded.page.get());
 }
 
 std::size_t digestOfText(std::string const& text) {
     refpage::ParsedPage const parsed = refpage::parsePage(text, "digest.json");
     EXPECT_TRUE(parsed.ok());
-    std::size_t digest = 0;
-    refpage::digestValues(refpage::NodeRecord(parsed.root), digest);
-    return digest;
+    return refpage::valuesDigest(parsed.root);
 }
 
 TEST_F(PageCheck, ThePagesValuesGiveOneDigestHoweverTheyAreHeld) {

@@ -7,6 +7,7 @@
 #include <ovrin/array.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/format/Check.hpp>
+#include <refpage/format/Digest.hpp>
 #include <refpage/support/Parallel.hpp>
 #include <refpage/format/Loader.hpp>
 #include <refpage/support/TextPosition.hpp>
@@ -247,8 +248,7 @@ public:
         }
         // Otherwise the written text is read back against a digest of the page's values, and
         // the page, unless it is kept, is released before that reading.
-        std::size_t digest = 0;
-        if (!inWrittenForm) digestValues(hostRecord(loaded.page.get()), digest);
+        std::size_t const digest = inWrittenForm ? 0 : valuesDigest(loaded.page.get());
         if (keep == nullptr) loaded = LoadResult{};
         if (!inWrittenForm) compareWithWritten(written, digest);
         if (keep != nullptr && report_.passed()) *keep = std::move(loaded);
@@ -289,9 +289,7 @@ private:
             fail(error.path, fmt::format("{}: {} (line {}, column {} of the written text)", reloaded, error.message,
                                          error.line, error.column));
         if (!again.ok()) return;
-        std::size_t readBack = 0;
-        digestValues(NodeRecord(again.root), readBack);
-        if (readBack != digest) fail({}, fmt::format("{}: the page reads back with other values", reloaded));
+        if (valuesDigest(again.root) != digest) fail({}, fmt::format("{}: the page reads back with other values", reloaded));
     }
 
     std::string_view source_;

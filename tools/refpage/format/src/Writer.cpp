@@ -168,12 +168,4 @@ std::string pageText(oxArray_tag const* page, std::size_t sizeHint) {
     return writer.take();
 }
 
-Json pageToJson(oxArray_tag const* page) {
-    return Json::parse(pageText(page, 0));
-}
-
-std::string jsonText(Json const& json) {
-    return json.dump(1, ' ', false, Json::error_handler_t::strict);
-}
-
 }  // namespace refpage

@@ -5,7 +5,6 @@
 
 #include <ovrin/ocos.hpp>
 #include <cstddef>
-#include <refpage/format/Json.hpp>
 #include <string>
 
 namespace refpage {
@@ -15,11 +14,5 @@ namespace refpage {
 /// text holding an unpaired surrogate. `sizeHint` is reserved first (say, the size of the
 /// text the page was loaded from), so that a page about that size is written without regrowing.
 std::string pageText(oxArray_tag const* page, std::size_t sizeHint = 0);
-
-/// pageText parsed back, for callers that inspect the values.
-Json pageToJson(oxArray_tag const* page);
-
-/// The text the tool writes for `json`: one-space indent, UTF-8 kept as is.
-std::string jsonText(Json const& json);
 
 }  // namespace refpage

@@ -1,5 +1,5 @@
 # What `cmake --install` puts in a prefix:
-#   bin/refpage, and its man page refpage.1 (made by help2man from the built tool);
+#   bin/refpage, and its man page refpage.1.gz (made by cmake/ManPage.cmake from the built tool's --help);
 #   the shared libraries reference_property, reference_utils and ovrin_host (the stand-in host runtime);
 #   their public headers, with the generated reference/property/Version.hpp;
 #   a CMake package (reference::property, reference::utils, reference::host) and a pkg-config file;
@@ -50,20 +50,18 @@ if(TARGET refpage)
   set_target_properties(refpage PROPERTIES INSTALL_RPATH "$ORIGIN/${REFPROP_BIN_TO_LIB}")
   install(TARGETS refpage RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
-  find_program(REFPROP_HELP2MAN help2man)
-  if(REFPROP_HELP2MAN)
-    set(REFPROP_MAN_PAGE ${PROJECT_BINARY_DIR}/man/refpage.1)
-    add_custom_command(OUTPUT ${REFPROP_MAN_PAGE}
-      COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/man
-      COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:refpage> -DHELP2MAN=${REFPROP_HELP2MAN}
-        "-DNAME=show, convert, check and search documentation reference pages" -DVERSION=${PROJECT_VERSION}
-        -DOUTPUT=${REFPROP_MAN_PAGE} -P ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
-      DEPENDS refpage ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
-      COMMENT "Writing the man page refpage.1 with help2man"
-      VERBATIM)
-    add_custom_target(refpage_man ALL DEPENDS ${REFPROP_MAN_PAGE})
-    install(FILES ${REFPROP_MAN_PAGE} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-  else()
-    message(WARNING "help2man not found: refpage.1 is neither built nor installed (scripts/setup.sh installs it)")
-  endif()
+  # The man page: what `refpage --help` and every command's --help say, as roff, with the
+  # sections --help lacks from cmake/refpage-man.roff; compressed as Debian wants it.
+  set(REFPROP_MAN_PAGE ${PROJECT_BINARY_DIR}/man/refpage.1)
+  set(REFPROP_MAN_EXTRA ${PROJECT_SOURCE_DIR}/cmake/refpage-man.roff)
+  add_custom_command(OUTPUT ${REFPROP_MAN_PAGE} ${REFPROP_MAN_PAGE}.gz
+    COMMAND ${CMAKE_COMMAND} -DTOOL=$<TARGET_FILE:refpage>
+      "-DNAME=show, convert, check and search documentation reference pages" -DVERSION=${PROJECT_VERSION}
+      -DEXTRA=${REFPROP_MAN_EXTRA} -DOUTPUT=${REFPROP_MAN_PAGE} -P ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake
+    COMMAND gzip -9nkf ${REFPROP_MAN_PAGE}
+    DEPENDS refpage ${PROJECT_SOURCE_DIR}/cmake/ManPage.cmake ${REFPROP_MAN_EXTRA}
+    COMMENT "Writing the man page refpage.1 from refpage --help"
+    VERBATIM)
+  add_custom_target(refpage_man ALL DEPENDS ${REFPROP_MAN_PAGE} ${REFPROP_MAN_PAGE}.gz)
+  install(FILES ${REFPROP_MAN_PAGE}.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()

@@ -5,7 +5,7 @@
 # refpage runs with no library path set (--version, show, check on generated pages); and the
 # consumer in CONSUMER_DIR builds and runs twice, through find_package and through pkg-config.
 # Run with -P; takes MODE, BUILD_DIR, WORK_DIR, CONSUMER_DIR, CXX_COMPILER, BUILD_TYPE, SANITIZE,
-# LIBDIR, PAGEGEN, VERSION, MAN_PAGE (ON when the build makes refpage.1).
+# LIBDIR, PAGEGEN, VERSION.
 foreach(variable MODE BUILD_DIR WORK_DIR CONSUMER_DIR CXX_COMPILER LIBDIR PAGEGEN VERSION)
   if(NOT ${variable})
     message(FATAL_ERROR "InstallAndConsume: ${variable} is required")
@@ -47,10 +47,8 @@ endif()
 # What a user finds, and what must not be there.
 set(expected bin/refpage ${LIBDIR}/libreference_property.so ${LIBDIR}/pkgconfig/reference_property.pc
   ${LIBDIR}/cmake/reference_property/reference_propertyConfig.cmake include/reference/property/Version.hpp
-  include/reference/property/RefItem.hpp include/ovrin/array.hpp share/doc/reference-property/LICENSE)
-if(MAN_PAGE)
-  list(APPEND expected share/man/man1/refpage.1)
-endif()
+  include/reference/property/RefItem.hpp include/ovrin/array.hpp share/man/man1/refpage.1.gz
+  share/doc/reference-property/LICENSE)
 foreach(file IN LISTS expected)
   if(NOT EXISTS ${prefix}/${file})
     message(FATAL_ERROR "InstallAndConsume: ${file} is not installed")

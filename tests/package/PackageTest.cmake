@@ -1,6 +1,7 @@
 # The package tests (label package): this build installed into a prefix of its own, and made
 # into a Debian package and unpacked into a scratch root; each time the installed tool runs and
 # tests/package/consumer builds against the installed files, through find_package and pkg-config.
+# package.ManPage checks the man page's sections, its width in man, and its examples (CheckManPage.cmake).
 foreach(mode IN ITEMS install deb)
   if(mode STREQUAL "install")
     set(name package.InstallAndConsume)
@@ -19,7 +20,13 @@ foreach(mode IN ITEMS install deb)
       -DLIBDIR=${CMAKE_INSTALL_LIBDIR}
       -DPAGEGEN=$<TARGET_FILE:pagegen>
       -DVERSION=${PROJECT_VERSION}
-      -DMAN_PAGE=$<BOOL:${REFPROP_HELP2MAN}>
       -P ${CMAKE_CURRENT_LIST_DIR}/InstallAndConsume.cmake)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS package)
 endforeach()
+
+# The page is written by cmake/Install.cmake, included after the tests.
+add_test(NAME package.ManPage
+  COMMAND ${CMAKE_COMMAND} -DMAN_PAGE=${PROJECT_BINARY_DIR}/man/refpage.1 -DTOOL=$<TARGET_FILE:refpage>
+    -DPAGEGEN=$<TARGET_FILE:pagegen> -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/package-man
+    -P ${CMAKE_CURRENT_LIST_DIR}/CheckManPage.cmake)
+set_tests_properties(package.ManPage PROPERTIES TIMEOUT 300 LABELS package)

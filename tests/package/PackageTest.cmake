@@ -1,12 +1,14 @@
-# The package tests (label package): this build installed into a prefix of its own, and made
-# into a Debian package and unpacked into a scratch root; each time the installed tool runs and
-# tests/package/consumer builds against the installed files, through find_package and pkg-config.
-# package.ManPage checks the man page's sections, its width in man, and its examples (CheckManPage.cmake).
+# The package tests (label package):
+#   package.InstallAndConsume  this build installed into a prefix of its own;
+#   package.DebianPackages     made into the three Debian packages and unpacked into scratch roots;
+# each time the installed tool runs and tests/package/consumer builds against the installed files,
+# through find_package and pkg-config (InstallAndConsume.cmake);
+#   package.ManPage            the man page's sections, width in man, and examples (CheckManPage.cmake).
 foreach(mode IN ITEMS install deb)
   if(mode STREQUAL "install")
     set(name package.InstallAndConsume)
   else()
-    set(name package.DebianPackage)
+    set(name package.DebianPackages)
   endif()
   add_test(NAME ${name}
     COMMAND ${CMAKE_COMMAND}
@@ -14,15 +16,18 @@ foreach(mode IN ITEMS install deb)
       -DBUILD_DIR=${PROJECT_BINARY_DIR}
       -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/package-${mode}
       -DCONSUMER_DIR=${CMAKE_CURRENT_LIST_DIR}/consumer
+      -DCPACK=${CMAKE_CPACK_COMMAND}
       -DCXX_COMPILER=${CMAKE_CXX_COMPILER}
       -DBUILD_TYPE=${CMAKE_BUILD_TYPE}
       -DSANITIZE=${REFPROP_SANITIZE}
       -DLIBDIR=${CMAKE_INSTALL_LIBDIR}
       -DPAGEGEN=$<TARGET_FILE:pagegen>
       -DVERSION=${PROJECT_VERSION}
+      -DCHANGELOG=${PROJECT_SOURCE_DIR}/cmake/debian/changelog
       -P ${CMAKE_CURRENT_LIST_DIR}/InstallAndConsume.cmake)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS package)
 endforeach()
+set_tests_properties(package.DebianPackages PROPERTIES FIXTURES_SETUP debian_packages)
 
 # The page is written by cmake/Install.cmake, included after the tests.
 add_test(NAME package.ManPage

@@ -3,6 +3,7 @@
 #   package.DebianPackages     made into the three Debian packages and unpacked into scratch roots;
 # each time the installed tool runs and tests/package/consumer builds against the installed files,
 # through find_package and pkg-config (InstallAndConsume.cmake);
+#   package.Lintian            lintian on those packages (Lintian.cmake);
 #   package.ManPage            the man page's sections, width in man, and examples (CheckManPage.cmake).
 foreach(mode IN ITEMS install deb)
   if(mode STREQUAL "install")
@@ -28,6 +29,13 @@ foreach(mode IN ITEMS install deb)
   set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS package)
 endforeach()
 set_tests_properties(package.DebianPackages PROPERTIES FIXTURES_SETUP debian_packages)
+
+add_test(NAME package.Lintian
+  COMMAND ${CMAKE_COMMAND} -DWORK_DIR=${CMAKE_CURRENT_BINARY_DIR}/package-deb
+    -DDOCS=${PROJECT_SOURCE_DIR}/docs/packaging.md -DSANITIZE=${REFPROP_SANITIZE}
+    -P ${CMAKE_CURRENT_LIST_DIR}/Lintian.cmake)
+set_tests_properties(package.Lintian PROPERTIES TIMEOUT 300 LABELS package
+  FIXTURES_REQUIRED debian_packages SKIP_REGULAR_EXPRESSION "-- skipped: ")
 
 # The page is written by cmake/Install.cmake, included after the tests.
 add_test(NAME package.ManPage

@@ -319,8 +319,13 @@ while(index LESS count)
     string(APPEND description ".PP\n${text}\n")
   endif()
 endwhile()
-if(NOT commands OR NOT options OR NOT exit_status)
-  message(FATAL_ERROR "ManPage: ${tool} --help has no commands, options or exit status:\n${help}")
+if(NOT commands OR NOT options)
+  message(FATAL_ERROR "ManPage: ${tool} --help has no commands or no options:\n${help}")
+endif()
+if(exit_status)
+  set(exit_status ".SH \"EXIT STATUS\"\n${exit_status}")
+else()
+  message(WARNING "ManPage: ${tool} --help has no paragraph \"Exit status: ...\"; the page has no EXIT STATUS")
 endif()
 
 # Each command's help, less the lines that end the tool's own --help too (the footer every
@@ -386,9 +391,10 @@ string(REPLACE "@LB@" "[" extra_sections "${extra_sections}")
 string(REPLACE "@RB@" "]" extra_sections "${extra_sections}")
 
 string(TOUPPER "${tool}" title)
+get_filename_component(extra_name ${EXTRA} NAME)
 string(TIMESTAMP date "%Y-%m-%d" UTC)  # SOURCE_DATE_EPOCH when it is set
 file(WRITE ${OUTPUT} ".\\\" Written by cmake/ManPage.cmake from `${tool} --help`, each command's --help and
-.\\\" cmake/${tool}-man.roff: change those, not this file.
+.\\\" ${extra_name}: change those, not this file.
 .TH ${title} 1 \"${date}\" \"${tool} ${VERSION}\" \"User Commands\"
 .\\\" Identifiers and options are neither hyphenated nor spread.
 .nh
@@ -399,5 +405,4 @@ ${tool} \\- ${NAME}
 ${synopsis}.SH DESCRIPTION
 ${description}.SH COMMANDS
 ${command_sections}.SH OPTIONS
-${options}.SH \"EXIT STATUS\"
-${exit_status}${extra_sections}")
+${options}${exit_status}${extra_sections}")

@@ -10,7 +10,7 @@ packages=(
   nlohmann-json3-dev libcli11-dev libfmt-dev libutfcpp-dev
   clang libclang-rt-14-dev valgrind binutils python3
   libsqlite3-dev sqlite3 libmstch-dev libcmark-dev libutf8proc-dev
-  help2man dpkg-dev fakeroot pkg-config libxml2-utils
+  dpkg-dev fakeroot file pkg-config libxml2-utils lintian man-db
   chromium chromium-driver python3-selenium
 )
 # Peers of the benchmarks only (scripts/bench.sh): protocol buffers for the copy and equality baselines.

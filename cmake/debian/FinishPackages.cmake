@@ -1,0 +1,63 @@
+# Run by cpack once the packages are built (CPACK_POST_BUILD_SCRIPTS): mends what CPack's DEB
+# generator (CMake 3.25) does otherwise than Debian, in each package of CPACK_PACKAGE_FILES:
+#   - a package with an ldconfig trigger loses the maintainer scripts that only call ldconfig
+#     (CPack adds them to every package of libraries under /usr/lib; the trigger does the work);
+#   - a -dbgsym package lists its files in md5sums by their paths in the build tree: they become
+#     paths in the package, and its documentation folder links to its package's, as Debian's do.
+cmake_minimum_required(VERSION 3.25)
+if(NOT CPACK_DEBIAN_COMPRESSION_TYPE MATCHES "^(gzip|xz|none)$")
+  message(FATAL_ERROR "FinishPackages: CPACK_DEBIAN_COMPRESSION_TYPE is gzip, xz or none for dpkg-deb")
+endif()
+
+function(run)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result ERROR_VARIABLE error)
+  if(NOT result EQUAL 0)
+    string(REPLACE ";" " " command "${ARGN}")
+    message(FATAL_ERROR "FinishPackages: ${command} failed (${result}): ${error}")
+  endif()
+endfunction()
+
+foreach(package IN LISTS CPACK_PACKAGE_FILES)
+  get_filename_component(name ${package} NAME)
+  set(tree ${CPACK_TOPLEVEL_DIRECTORY}/finish/${name})
+  file(REMOVE_RECURSE ${tree})
+  file(MAKE_DIRECTORY ${CPACK_TOPLEVEL_DIRECTORY}/finish)
+  run(dpkg-deb --raw-extract ${package} ${tree})
+  set(control ${tree}/DEBIAN)
+  set(changed FALSE)
+
+  if(EXISTS ${control}/triggers)
+    file(READ ${control}/triggers triggers)
+    foreach(script IN ITEMS postinst postrm)
+      if(triggers MATCHES "activate-noawait ldconfig" AND EXISTS ${control}/${script})
+        file(STRINGS ${control}/${script} code REGEX "^[^#]")
+        list(FILTER code EXCLUDE REGEX "^[ \t]*(set -e|if .*|fi|ldconfig|exit 0)[ \t]*$")
+        if(NOT code)
+          file(REMOVE ${control}/${script})
+          set(changed TRUE)
+        endif()
+      endif()
+    endforeach()
+  endif()
+
+  if(name MATCHES "\\.ddeb$")
+    file(READ ${control}/md5sums sums)
+    string(REGEX REPLACE "(^|\n)([0-9a-f]+  )/[^\n]*-dbgsym/" "\\1\\2" relative "${sums}")
+    if(NOT relative STREQUAL sums)
+      file(WRITE ${control}/md5sums "${relative}")
+      set(changed TRUE)
+    endif()
+    file(STRINGS ${control}/control package_name REGEX "^Package: ")
+    string(REGEX REPLACE "^Package: (.*)-dbgsym$" "\\1" base "${package_name}")
+    if(NOT IS_SYMLINK ${tree}/usr/share/doc/${base}-dbgsym)
+      file(MAKE_DIRECTORY ${tree}/usr/share/doc)
+      file(CREATE_LINK ${base} ${tree}/usr/share/doc/${base}-dbgsym SYMBOLIC)
+      set(changed TRUE)
+    endif()
+  endif()
+
+  if(changed)
+    run(dpkg-deb --root-owner-group -Z${CPACK_DEBIAN_COMPRESSION_TYPE} --build ${tree} ${package})
+  endif()
+  file(REMOVE_RECURSE ${tree})
+endforeach()

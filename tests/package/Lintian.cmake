@@ -1,0 +1,41 @@
+# Checks the packages that package.DebianPackages made in WORK_DIR with Debian's lintian: no
+# error, and no warning whose tag docs/packaging.md (DOCS) does not name, as `tag`, with the
+# reason it is accepted. Skipped when lintian is not installed, and for a sanitizer build
+# (SANITIZE), which is not one to ship.
+# Run with -P; takes WORK_DIR, DOCS, SANITIZE.
+cmake_minimum_required(VERSION 3.25)
+if(SANITIZE)
+  message(STATUS "skipped: a build with -fsanitize=${SANITIZE} is not one to ship")
+  return()
+endif()
+find_program(LINTIAN lintian)
+if(NOT LINTIAN)
+  message(STATUS "skipped: lintian is not installed (scripts/setup.sh installs it)")
+  return()
+endif()
+
+file(GLOB packages ${WORK_DIR}/*.deb ${WORK_DIR}/*.ddeb)
+if(NOT packages)
+  message(FATAL_ERROR "Lintian: no packages in ${WORK_DIR}")
+endif()
+execute_process(COMMAND ${LINTIAN} ${packages} OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+message(STATUS "lintian:\n${output}${errors}")
+
+file(READ ${DOCS} docs)
+string(REGEX MATCHALL "(^|\n)[EW]: [^\n]*" hints "${output}")
+set(failures "")
+foreach(hint IN LISTS hints)
+  string(STRIP "${hint}" hint)
+  if(hint MATCHES "^E: ")
+    list(APPEND failures "${hint}")
+  elseif(hint MATCHES "^W: [^ ]+: ([^ ]+)")
+    string(FIND "${docs}" "`${CMAKE_MATCH_1}`" at)
+    if(at LESS 0)
+      list(APPEND failures "${hint} (not in docs/packaging.md)")
+    endif()
+  endif()
+endforeach()
+if(failures)
+  list(JOIN failures "\n" failures)
+  message(FATAL_ERROR "Lintian: errors, or warnings that docs/packaging.md does not accept:\n${failures}")
+endif()

@@ -136,18 +136,18 @@ TEST(RefpageTool, VersionHelpAndUsageErrors) {
     expectRun("--help", 0, {"Usage", "Exit status: 0"});
 }
 
-TEST(RefpageTool, HelpAndReadmeListEveryEnumerationKeyTheLibraryAccepts) {
+TEST(RefpageTool, HelpAndThePageFormatReferenceListEveryEnumerationKeyTheLibraryAccepts) {
     std::string help = refpage("--help").output;
     for (std::size_t wrap = help.find(",\n    "); wrap != std::string::npos; wrap = help.find(",\n    "))
         help.replace(wrap, 6, ", ");
-    std::string const readme = readFile(std::filesystem::path(REFPROP_SOURCE_DIR) / "README.md");
+    std::string const formatReference = readFile(std::filesystem::path(REFPROP_SOURCE_DIR) / "docs" / "page-format.md");
     for (auto const* info : reference::glue::allEnumerations()) {
         std::string keys;
         for (auto const& member : info->members)
             keys += (keys.empty() ? "" : ", ") +
                     fmt::format("{} ({})", member.key.empty() ? std::string_view("\"\"") : member.key, member.value);
         EXPECT_TRUE(contains(help, fmt::format("  {}: {}\n", info->className, keys))) << keys << "\n" << help;
-        EXPECT_TRUE(contains(readme, fmt::format("| `{}` | {} |\n", info->className, keys))) << keys;
+        EXPECT_TRUE(contains(formatReference, fmt::format("| `{}` | {} |\n", info->className, keys))) << keys;
     }
 }
 

@@ -12,9 +12,14 @@
 
 namespace refpage::sqlite {
 
+/// What SQLite refused; code() is its result code (SQLITE_INTERRUPT when a progress handler stopped it).
 class SqliteError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    SqliteError(std::string const& message, int code) : std::runtime_error(message), code_(code) {}
+    int code() const noexcept { return code_; }
+
+private:
+    int code_;
 };
 
 struct CloseDatabase {
@@ -31,8 +36,8 @@ public:
     Database(std::string const& path, int flags);
 
     sqlite3* get() const noexcept { return db_.get(); }
-    /// Runs statements that bind nothing and return nothing.
-    void execute(char const* sql) const;
+    /// Runs statements that bind nothing and return nothing; a failure says `doing`, never the SQL.
+    void execute(char const* sql, std::string_view doing = "running statements") const;
     /// Throws SqliteError "`doing`: <SQLite's message>" when `code` is not SQLITE_OK/ROW/DONE.
     void require(int code, std::string_view doing) const;
 

@@ -10,6 +10,7 @@
 //     UNIQUE INDEX anchor ON searchIndex (name, type, path): type from dashEntryType, path = href
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -69,11 +70,21 @@ struct LookupHit {
     double score = 0;       ///< BM25 in the full-text tier (lower is better), else 0
 };
 
+/// How long opening an index file, or one query of it, may take before it is given up with an
+/// error: a crafted file cannot make `find --index` run longer. An index of a million entries
+/// answers in well under a second.
+inline constexpr std::chrono::milliseconds lookupQueryTimeLimit{10'000};
+
 /// An open lookup index. Not safe to share between threads.
 class LookupIndex {
 public:
-    /// Opens an index file read-only; throws LookupIndexError for a missing file or one that is no index.
-    static LookupIndex open(std::filesystem::path const& path);
+    /// Opens an index file read-only, reading only its schema table and its own tables: the
+    /// tables lookup, lookup_text (FTS5) and searchIndex with their columns, no view, no trigger,
+    /// user_version 1. Throws LookupIndexError for a missing file, one that is no such index,
+    /// or one that takes longer than `timeLimit`; messages never quote the file's contents.
+    /// Every later query is bounded by `timeLimit` too (LookupIndexError past it).
+    static LookupIndex open(std::filesystem::path const& path,
+                            std::chrono::milliseconds timeLimit = lookupQueryTimeLimit);
     /// The same index, built in memory.
     static LookupIndex inMemory(std::span<LookupEntry const> entries);
 
@@ -97,6 +108,7 @@ public:
 private:
     struct Impl;
     explicit LookupIndex(std::unique_ptr<Impl> impl);
+    std::vector<LookupHit> findHits(std::string_view query, std::size_t limit) const;
     std::unique_ptr<Impl> impl_;
 };
 

@@ -144,7 +144,9 @@ void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry c
             createSchema(db);
             fill(db, entries);
         } catch (sqlite::SqliteError const& e) {
-            throw LookupIndexError(fmt::format("{}: {}", refpage::quoted(file.path().string()), e.what()));
+            // Named as the user named it; the system's reason when a system call failed.
+            throw LookupIndexError(fmt::format("{}: cannot write: {}", refpage::quoted(path.string()),
+                                               e.systemError() != 0 ? systemReason(e.systemError()) : e.what()));
         }
         file.commit();
     } catch (FileError const& e) {

@@ -18,12 +18,14 @@ void Database::execute(char const* sql, std::string_view doing) const {
     int const code = sqlite3_exec(db_.get(), sql, nullptr, nullptr, &message);
     std::unique_ptr<char, decltype(&sqlite3_free)> const owned(message, &sqlite3_free);
     if (code != SQLITE_OK)
-        throw SqliteError(fmt::format("{}: {}", doing, message ? message : sqlite3_errstr(code)), code);
+        throw SqliteError(fmt::format("{}: {}", doing, message ? message : sqlite3_errstr(code)), code,
+                          sqlite3_system_errno(db_.get()));
 }
 
 void Database::require(int code, std::string_view doing) const {
     if (code != SQLITE_OK && code != SQLITE_ROW && code != SQLITE_DONE)
-        throw SqliteError(fmt::format("{}: {}", doing, sqlite3_errmsg(db_.get())), code);
+        throw SqliteError(fmt::format("{}: {}", doing, sqlite3_errmsg(db_.get())), code,
+                          sqlite3_system_errno(db_.get()));
 }
 
 Statement::Statement(Database const& db, std::string_view sql) : db_(&db) {

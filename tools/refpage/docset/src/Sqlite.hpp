@@ -12,14 +12,18 @@
 
 namespace refpage::sqlite {
 
-/// What SQLite refused; code() is its result code (SQLITE_INTERRUPT when a progress handler stopped it).
+/// What SQLite refused: its result code (SQLITE_INTERRUPT when a progress handler stopped it)
+/// and, for a failed system call, that call's errno (else 0).
 class SqliteError : public std::runtime_error {
 public:
-    SqliteError(std::string const& message, int code) : std::runtime_error(message), code_(code) {}
+    SqliteError(std::string const& message, int code, int systemError = 0)
+        : std::runtime_error(message), code_(code), systemError_(systemError) {}
     int code() const noexcept { return code_; }
+    int systemError() const noexcept { return systemError_; }
 
 private:
     int code_;
+    int systemError_;
 };
 
 struct CloseDatabase {

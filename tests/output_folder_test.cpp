@@ -87,7 +87,7 @@ bool contains(std::string const& text, std::string const& part) {
 TEST(OutputFolder, CommitPutsEveryFileInPlaceWithTheMarkerAndTheModeTheUmaskGives) {
     Scratch scratch;
     Umask const mask(022);
-    fs::path const target = scratch / "site";
+    fs::path const target = scratch / "new/site";  // the folders above it are made
     {
         OutputFolder out(target);
         EXPECT_TRUE(out.writeFile("index.html", "home"));
@@ -104,7 +104,8 @@ TEST(OutputFolder, CommitPutsEveryFileInPlaceWithTheMarkerAndTheModeTheUmaskGive
     EXPECT_EQ(modeOf(target), 0755u);
     EXPECT_EQ(modeOf(target / "ref"), 0755u);
     EXPECT_EQ(modeOf(target / "index.html"), 0644u);
-    EXPECT_EQ(scratch.names(), std::vector<std::string>{"site"}) << "no staging folder left beside it";
+    EXPECT_EQ(scratch.names(), std::vector<std::string>{"new"});
+    EXPECT_EQ(fs::directory_iterator(scratch / "new")->path().filename(), "site") << "no staging folder beside it";
 }
 
 TEST(OutputFolder, ReplacesAFolderItWroteWholeKeepingItsModeAndNeverFollowingTheOldTreesSymlinks) {

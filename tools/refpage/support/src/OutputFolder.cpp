@@ -125,6 +125,11 @@ OutputFolder::OutputFolder(std::filesystem::path target) {
         throw FileError(fmt::format("{}: name the output folder itself, not \".\", \"..\" or \"/\"",
                                     refpage::quoted(target.string())));
     parent_ = openFolder(parentPath_);
+    if (!parent_ && errno == ENOENT) {  // "-o new/site": the folders it goes in are made, as mkdir -p does
+        std::error_code made;
+        std::filesystem::create_directories(parentPath_, made);
+        parent_ = openFolder(parentPath_);
+    }
     if (!parent_) throw fileError(target_, "cannot open the folder it goes in", errno);
     inspectTarget(parent_.get(), targetName_, target_);
 

@@ -43,7 +43,8 @@ class OutputFolder {
 public:
     /// Checks that `target` is absent, or a folder (never a symlink) that is empty or holds
     /// the marker, then makes the staging folder ".<name>.refpage-XXXXXX" beside it (mode
-    /// 0700 until commit) holding the marker. Throws FileError naming the target otherwise.
+    /// 0700 until commit) holding the marker; missing folders above the target are made.
+    /// Throws FileError naming the target otherwise.
     explicit OutputFolder(std::filesystem::path target);
     OutputFolder(OutputFolder const&) = delete;
     OutputFolder& operator=(OutputFolder const&) = delete;

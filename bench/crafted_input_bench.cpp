@@ -35,7 +35,7 @@ int const registered = [] {
         bench::registerBenchmark("crafted/site_paths_without_href/" + std::to_string(pages), [pages](auto& state) {
             std::vector<std::string> const hrefs(static_cast<std::size_t>(pages));
             std::vector<std::string> const names(static_cast<std::size_t>(pages), "page");
-            for (auto _ : state) benchmark::DoNotOptimize(refpage::assignPagePaths(hrefs, names));
+            for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(refpage::assignPagePaths(hrefs, names));
             bench::reportTimePerOperation(state, pages);
         })->Unit(benchmark::kMillisecond);
     for (int words : {500, 4000})
@@ -43,7 +43,7 @@ int const registered = [] {
             std::string query;
             for (int i = 0; i < words; ++i) query += "value ";
             auto const& index = valueIndex();
-            for (auto _ : state) benchmark::DoNotOptimize(index.find(query));
+            for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(index.find(query));
             bench::reportTimePerOperation(state, words);
         })->Unit(benchmark::kMillisecond);
     return 0;

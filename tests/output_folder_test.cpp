@@ -154,15 +154,17 @@ TEST(OutputFolder, RefusesToReplaceAnythingButAnEmptyFolderOrOneItWrote) {
     EXPECT_TRUE(contains(refusal(scratch.path() / "."), "name the output folder itself"));
     EXPECT_EQ(read(scratch / "home/.profile"), "mine");
     fs::create_directory(scratch / "empty");
-    for (char const* accepted : {"empty", "marked", "marked/", "new"}) EXPECT_EQ(refusal(scratch / accepted), "accepted");
+    for (char const* accepted : {"empty", "marked", "marked/", "new"})
+        EXPECT_EQ(refusal(scratch / accepted), "accepted");
     EXPECT_EQ(scratch.names(), (std::vector<std::string>{"empty", "file", "home", "link", "marked"}))
         << "a refused or abandoned output leaves no staging folder";
 }
 
 TEST(OutputFolder, AnUnsafePathIsAFailureNeverAWrite) {
     Scratch scratch;
-    for (std::string const& path : std::vector<std::string>{"../escape.html", "/abs.html", "a//b.html", "", ".", "a/./b.html", "a/..",
-                                   std::string("a\0b", 3), std::string(256, 'x'), std::string(4096, 'y')}) {
+    for (std::string const& path :
+         std::vector<std::string>{"../escape.html", "/abs.html", "a//b.html", "", ".", "a/./b.html", "a/..",
+                                  std::string("a\0b", 3), std::string(256, 'x'), std::string(4096, 'y')}) {
         OutputFolder out(scratch / "site");
         EXPECT_FALSE(out.writeFile(path, "x")) << path;
         EXPECT_TRUE(out.failed());

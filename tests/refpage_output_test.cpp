@@ -220,7 +220,8 @@ TEST_F(CraftedIndex, AViewInPlaceOfTheFullTextTablesOwnDataIsAnError) {
 }
 
 TEST_F(CraftedIndex, ATableOfTheWrongShapeIsAnError) {
-    expectRefused("ALTER TABLE lookup RENAME COLUMN href TO link", "its table lookup does not have the expected columns");
+    expectRefused("ALTER TABLE lookup RENAME COLUMN href TO link",
+                  "its table lookup does not have the expected columns");
 }
 
 TEST_F(CraftedIndex, ALookupTableThatIsVirtualIsAnError) {

@@ -88,7 +88,8 @@ TEST(SitePaths, GeneratedSetsWithHostileHrefsGiveEveryPageADistinctSafePath) {
 }
 
 TEST(SitePaths, APagesFileWinsOverAnotherPagesFolderInEitherOrder) {
-    for (Strings const& hrefs : {Strings{"ref/a.html/c.html", "ref/a.html"}, Strings{"ref/a.html", "REF/A.HTML/c.html"}}) {
+    for (Strings const& hrefs :
+         {Strings{"ref/a.html/c.html", "ref/a.html"}, Strings{"ref/a.html", "REF/A.HTML/c.html"}}) {
         auto const assigned = assignPagePaths(hrefs, {"c", "a"});
         std::size_t const folderPage = hrefs[0].size() > hrefs[1].size() ? 0 : 1;
         EXPECT_EQ(assigned.paths[1 - folderPage], hrefs[1 - folderPage]);

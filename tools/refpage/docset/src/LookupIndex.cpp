@@ -211,7 +211,8 @@ struct ExpectedTable {
 
 std::vector<ExpectedTable> const& expectedTables() {
     static std::vector<ExpectedTable> const tables{
-        {"lookup", {"id", "name", "last", "entity_type", "function_type", "purpose", "deprecated", "href", "page_file"}},
+        {"lookup",
+         {"id", "name", "last", "entity_type", "function_type", "purpose", "deprecated", "href", "page_file"}},
         {"lookup_text", {"name", "purpose"}},
         {"searchIndex", {"id", "name", "type", "path"}},
     };
@@ -360,8 +361,9 @@ std::string LookupIndex::searchData() const {
                            {"words", {nlohmann::json::array(), nlohmann::json::array()}}});
     }
     // The words as the full-text index holds them, so the script's BM25 counts what SQLite counts.
-    impl_->db.execute("CREATE VIRTUAL TABLE IF NOT EXISTS temp.lookup_words USING fts5vocab(main, lookup_text, instance)",
-                      "listing the index's words");
+    impl_->db.execute(
+        "CREATE VIRTUAL TABLE IF NOT EXISTS temp.lookup_words USING fts5vocab(main, lookup_text, instance)",
+        "listing the index's words");
     sqlite::Statement const words(impl_->db, "SELECT doc, col, term FROM temp.lookup_words ORDER BY doc, col, offset");
     std::size_t at = 0;
     while (words.step()) {

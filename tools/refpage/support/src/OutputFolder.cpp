@@ -147,7 +147,8 @@ OutputFolder::OutputFolder(std::filesystem::path target) {
         return {};
     });
     if (stagingName_.empty()) throw fileError(target_, "cannot make a new folder beside it", error);
-    root_ = FileDescriptor(::openat(parent_.get(), stagingName_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    root_ = FileDescriptor(
+        ::openat(parent_.get(), stagingName_.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!root_) {
         error = errno;
         beneath::removeTree(parent_.get(), stagingName_);

@@ -76,8 +76,8 @@ struct LookupHit {
 };
 
 /// How long opening an index file, or one query of it, may take before it is given up with an
-/// error: a crafted file cannot make `find --index` run longer. An index of a million entries
-/// answers in well under a second.
+/// error: a crafted file cannot make `find --index` run longer. A real index is far within it:
+/// a query that scans 300,000 entries takes a fraction of a second.
 inline constexpr std::chrono::milliseconds lookupQueryTimeLimit{10'000};
 
 /// An open lookup index. Not safe to share between threads.

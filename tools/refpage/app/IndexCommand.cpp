@@ -4,7 +4,9 @@
 #include <memory>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/docset/LoadSet.hpp>
+#include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/OutputOverlap.hpp>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,8 @@ int index(IndexOptions const& options, GlobalOptions const& global) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
+    if (auto const overlap = outputOverlapsInput(options.output, options.paths)) throw FileError(*overlap);
+    requireReplaceableFile(options.output);  // a device or folder at -o is refused before pages are read
     std::vector<PageInput> const inputs = namedInputs(options.paths);
     LoadedSet const loaded = loadDocSet(inputs, global.jobs, LoadOptions{global.strict});
     printLoadDiagnostics(loaded, global.quiet);

@@ -4,6 +4,7 @@
 #include <refpage/format/Loader.hpp>
 #include <refpage/format/Writer.hpp>
 #include <refpage/support/AtomicFile.hpp>
+#include <refpage/support/OutputOverlap.hpp>
 #include <string>
 
 #include "Commands.hpp"
@@ -20,6 +21,12 @@ struct JsonOptions {
 };
 
 int json(JsonOptions const& options, GlobalOptions const& global) {
+    bool const toFile = !options.output.empty() && options.output != "-";
+    if (toFile) {
+        std::string const input[] = {options.file};
+        if (auto const overlap = outputOverlapsInput(options.output, input)) throw FileError(*overlap);
+        requireReplaceableFile(options.output);
+    }
     LoadResult const result = loadInput(PageInput::named(options.file), LoadOptions{global.strict});
     if (!global.quiet) printErrors(result.warnings, Severity::Warning);
     if (!result.ok()) {
@@ -27,7 +34,7 @@ int json(JsonOptions const& options, GlobalOptions const& global) {
         return exitFailed;
     }
     std::string const text = pageText(result.page.get()) + "\n";
-    if (options.output.empty() || options.output == "-") {
+    if (!toFile) {
         fmt::print("{}", text);
         return exitOk;
     }

@@ -7,6 +7,7 @@
 #include <exception>
 #include <sstream>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/InterruptCleanup.hpp>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -76,6 +77,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    refpage::installInterruptCleanup();  // first: every thread started later leaves the signals to it
     int status = refpage::exitFailed;
     int failedWrite = 0;  // the system error of a write to stdout that threw
     try {

@@ -1,6 +1,9 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
+#include <optional>
 #include <reference/property/DeprecationStatus.hpp>
 #include <reference/property/RecordProducer.hpp>
 #include <refpage/docset/LookupIndex.hpp>
@@ -39,11 +42,12 @@ void createSchema(sqlite::Database& db) {
                    "CREATE UNIQUE INDEX anchor ON searchIndex (name, type, path);"
                    "PRAGMA user_version = {};",
                    fullTextTokenizer, schemaVersion)
-                   .c_str());
+                   .c_str(),
+               "creating the index's tables");
 }
 
 void fill(sqlite::Database& db, std::span<LookupEntry const> entries) {
-    db.execute("BEGIN");
+    db.execute("BEGIN", "starting to fill the index");
     sqlite::Statement lookup(db,
                                    "INSERT INTO lookup(id, name, last, entity_type, function_type, purpose, "
                                    "deprecated, href, page_file) VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9)");
@@ -75,7 +79,7 @@ void fill(sqlite::Database& db, std::span<LookupEntry const> entries) {
         dash.bind(3, href);
         dash.run();
     }
-    db.execute("COMMIT");
+    db.execute("COMMIT", "finishing the index");
 }
 
 }  // namespace
@@ -135,11 +139,14 @@ void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry c
         AtomicFile file(path);
         try {
             sqlite::Database db(file.path().string(), SQLITE_OPEN_READWRITE);
-            db.execute("PRAGMA journal_mode = OFF");  // a failed write leaves only the new file, which goes
+            // A failed write leaves only the new file, which goes.
+            db.execute("PRAGMA journal_mode = OFF", "opening the new index");
             createSchema(db);
             fill(db, entries);
         } catch (sqlite::SqliteError const& e) {
-            throw LookupIndexError(fmt::format("{}: {}", refpage::quoted(file.path().string()), e.what()));
+            // Named as the user named it; the system's reason when a system call failed.
+            throw LookupIndexError(fmt::format("{}: cannot write: {}", refpage::quoted(path.string()),
+                                               e.systemError() != 0 ? systemReason(e.systemError()) : e.what()));
         }
         file.commit();
     } catch (FileError const& e) {
@@ -147,13 +154,45 @@ void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry c
     }
 }
 
+std::string lookupIndexFile(std::span<LookupEntry const> entries) {
+    try {
+        sqlite::Database db(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
+        createSchema(db);
+        fill(db, entries);
+        sqlite3_int64 size = 0;
+        std::unique_ptr<unsigned char, decltype(&sqlite3_free)> const bytes(
+            sqlite3_serialize(db.get(), "main", &size, 0), &sqlite3_free);
+        if (!bytes) throw LookupIndexError("cannot serialise the lookup index: out of memory");
+        return std::string(reinterpret_cast<char const*>(bytes.get()), static_cast<std::size_t>(size));
+    } catch (sqlite::SqliteError const& e) {
+        throw LookupIndexError(fmt::format("cannot build the lookup index: {}", e.what()));
+    }
+}
+
 struct LookupIndex::Impl {
     sqlite::Database db;
-    sqlite::Statement withText;     ///< the ranking with the full-text tier
-    sqlite::Statement withoutText;  ///< the ranking for a query without words
+    std::chrono::milliseconds timeLimit{0};         ///< per query; 0: none (an index built in memory)
+    std::chrono::steady_clock::time_point deadline;  ///< of the query running now
+    std::optional<sqlite::Statement> withText;       ///< the ranking with the full-text tier
+    std::optional<sqlite::Statement> withoutText;    ///< the ranking for a query without words
 
-    explicit Impl(sqlite::Database database)
-        : db(std::move(database)), withText(db, rankingSql(true)), withoutText(db, rankingSql(false)) {}
+    Impl(sqlite::Database database, std::chrono::milliseconds limit) : db(std::move(database)), timeLimit(limit) {
+        if (timeLimit.count() > 0) sqlite3_progress_handler(db.get(), 1000, &Impl::pastDeadline, this);
+    }
+    Impl(Impl const&) = delete;
+    Impl& operator=(Impl const&) = delete;
+
+    void prepare() {
+        withText.emplace(db, rankingSql(true));
+        withoutText.emplace(db, rankingSql(false));
+    }
+    /// Starts the clock of one query.
+    void startQuery() { deadline = std::chrono::steady_clock::now() + timeLimit; }
+
+    static int pastDeadline(void* self) {
+        auto const* impl = static_cast<Impl const*>(self);
+        return std::chrono::steady_clock::now() > impl->deadline ? 1 : 0;
+    }
 };
 
 LookupIndex::LookupIndex(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
@@ -161,18 +200,95 @@ LookupIndex::LookupIndex(LookupIndex&&) noexcept = default;
 LookupIndex& LookupIndex::operator=(LookupIndex&&) noexcept = default;
 LookupIndex::~LookupIndex() = default;
 
-LookupIndex LookupIndex::open(std::filesystem::path const& path) {
+namespace {
+
+/// The objects an index file holds besides its tables' own indexes: each must be a real table
+/// with exactly these columns (the full-text table also by its module).
+struct ExpectedTable {
+    std::string_view name;
+    std::vector<std::string_view> columns;
+};
+
+std::vector<ExpectedTable> const& expectedTables() {
+    static std::vector<ExpectedTable> const tables{
+        {"lookup",
+         {"id", "name", "last", "entity_type", "function_type", "purpose", "deprecated", "href", "page_file"}},
+        {"lookup_text", {"name", "purpose"}},
+        {"searchIndex", {"id", "name", "type", "path"}},
+    };
+    return tables;
+}
+
+/// Why the open database is not an index this tool wrote, or empty. Reads only the schema
+/// table and the expected tables' column lists; names nothing that the file itself holds.
+std::string schemaProblem(sqlite::Database& db) {
+    sqlite::Statement version(db, "PRAGMA main.user_version");
+    if (!version.step() || version.integer(0) != schemaVersion) return "its schema version is not 1";
+    // Views and triggers run queries of the file's choosing: an index has none.
+    sqlite::Statement others(db, "SELECT count(*) FROM main.sqlite_master WHERE type NOT IN ('table', 'index')");
+    if (!others.step() || others.integer(0) != 0) return "it holds views or triggers";
+    sqlite::Statement object(db, "SELECT type, sql FROM main.sqlite_master WHERE name = ?1 COLLATE NOCASE");
+    sqlite::Statement columns(db, "SELECT name FROM pragma_table_info(?1, 'main') ORDER BY cid");
+    for (auto const& table : expectedTables()) {
+        object.reset();
+        object.bind(1, table.name);
+        if (!object.step() || object.text(0) != "table") return fmt::format("it has no table {}", table.name);
+        bool const fullText = table.name == "lookup_text";
+        bool const virtualTable = object.text(1).starts_with("CREATE VIRTUAL TABLE");
+        if (virtualTable != fullText ||
+            (fullText && object.text(1).find("USING fts5(") == std::string::npos))
+            return fmt::format("its table {} is not of the expected kind", table.name);
+        columns.reset();
+        columns.bind(1, table.name);
+        std::vector<std::string> found;
+        while (columns.step()) found.push_back(columns.text(0));
+        if (!std::equal(found.begin(), found.end(), table.columns.begin(), table.columns.end()))
+            return fmt::format("its table {} does not have the expected columns", table.name);
+    }
+    return {};
+}
+
+/// The message of an SQLite failure on a file: SQLite's generic text for the code, never
+/// text taken from the file.
+std::string sqliteReason(sqlite::SqliteError const& e) {
+    return sqlite3_errstr(e.code() & 0xff);
+}
+
+/// `work()`, its SQLite failures as LookupIndexError: past the time limit, or SQLite's reason.
+template <class Work>
+auto answering(std::chrono::milliseconds timeLimit, Work&& work) -> decltype(work()) {
+    try {
+        return work();
+    } catch (sqlite::SqliteError const& e) {
+        if ((e.code() & 0xff) == SQLITE_INTERRUPT)
+            throw LookupIndexError(
+                fmt::format("the index took longer than {} ms to answer; given up", timeLimit.count()));
+        throw LookupIndexError(fmt::format("the index could not be read: {}", sqliteReason(e)));
+    }
+}
+
+}  // namespace
+
+LookupIndex LookupIndex::open(std::filesystem::path const& path, std::chrono::milliseconds timeLimit) {
+    std::string const shown = refpage::quoted(path.string());
     std::error_code error;
     if (!std::filesystem::is_regular_file(path, error))
-        throw LookupIndexError(fmt::format("{}: no such index file", refpage::quoted(path.string())));
+        throw LookupIndexError(fmt::format("{}: no such index file", shown));
     try {
         sqlite::Database db(path.string(), SQLITE_OPEN_READONLY);
-        sqlite::Statement version(db, "PRAGMA user_version");
-        if (!version.step() || version.integer(0) != schemaVersion)
-            throw LookupIndexError(fmt::format("{}: not a lookup index written by this tool", refpage::quoted(path.string())));
-        return LookupIndex(std::make_unique<Impl>(std::move(db)));
+        sqlite3_db_config(db.get(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+        sqlite3_db_config(db.get(), SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+        auto impl = std::make_unique<Impl>(std::move(db), timeLimit);
+        impl->startQuery();
+        if (std::string const problem = schemaProblem(impl->db); !problem.empty())
+            throw LookupIndexError(fmt::format("{}: not a lookup index written by this tool: {}", shown, problem));
+        impl->prepare();
+        return LookupIndex(std::move(impl));
     } catch (sqlite::SqliteError const& e) {
-        throw LookupIndexError(fmt::format("{}: not a lookup index: {}", refpage::quoted(path.string()), e.what()));
+        if ((e.code() & 0xff) == SQLITE_INTERRUPT)
+            throw LookupIndexError(fmt::format("{}: reading the index took longer than {} ms; given up", shown,
+                                               timeLimit.count()));
+        throw LookupIndexError(fmt::format("{}: not a lookup index: {}", shown, sqliteReason(e)));
     }
 }
 
@@ -180,14 +296,21 @@ LookupIndex LookupIndex::inMemory(std::span<LookupEntry const> entries) {
     sqlite::Database db(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
     createSchema(db);
     fill(db, entries);
-    return LookupIndex(std::make_unique<Impl>(std::move(db)));
+    auto impl = std::make_unique<Impl>(std::move(db), std::chrono::milliseconds(0));
+    impl->prepare();
+    return LookupIndex(std::move(impl));
 }
 
 std::vector<LookupHit> LookupIndex::find(std::string_view query, std::size_t limit) const {
+    impl_->startQuery();
+    return answering(impl_->timeLimit, [&] { return findHits(query, limit); });
+}
+
+std::vector<LookupHit> LookupIndex::findHits(std::string_view query, std::size_t limit) const {
     std::vector<LookupHit> hits;
     if (query.empty()) return hits;
     std::vector<std::string> const words = queryWords(query);
-    sqlite::Statement& statement = words.empty() ? impl_->withoutText : impl_->withText;
+    sqlite::Statement& statement = words.empty() ? *impl_->withoutText : *impl_->withText;
     statement.reset();
     statement.bind(1, query);
     if (!words.empty()) statement.bind(2, fullTextQuery(words));
@@ -210,9 +333,12 @@ std::vector<LookupHit> LookupIndex::find(std::string_view query, std::size_t lim
 }
 
 std::size_t LookupIndex::size() const {
-    sqlite::Statement count(impl_->db, "SELECT count(*) FROM lookup");
-    count.step();
-    return static_cast<std::size_t>(count.integer(0));
+    impl_->startQuery();
+    return answering(impl_->timeLimit, [&] {
+        sqlite::Statement count(impl_->db, "SELECT count(*) FROM lookup");
+        count.step();
+        return static_cast<std::size_t>(count.integer(0));
+    });
 }
 
 std::string LookupIndex::searchData() const {
@@ -235,7 +361,9 @@ std::string LookupIndex::searchData() const {
                            {"words", {nlohmann::json::array(), nlohmann::json::array()}}});
     }
     // The words as the full-text index holds them, so the script's BM25 counts what SQLite counts.
-    impl_->db.execute("CREATE VIRTUAL TABLE IF NOT EXISTS temp.lookup_words USING fts5vocab(main, lookup_text, instance)");
+    impl_->db.execute(
+        "CREATE VIRTUAL TABLE IF NOT EXISTS temp.lookup_words USING fts5vocab(main, lookup_text, instance)",
+        "listing the index's words");
     sqlite::Statement words(impl_->db, "SELECT doc, col, term FROM temp.lookup_words ORDER BY doc, col, offset");
     std::size_t at = 0;
     while (words.step()) {

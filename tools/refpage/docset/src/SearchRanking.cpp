@@ -3,6 +3,8 @@
 #include <utf8proc.h>
 
 #include <refpage/docset/SearchRanking.hpp>
+#include <refpage/support/Text.hpp>
+#include <unordered_set>
 
 namespace refpage {
 
@@ -52,7 +54,9 @@ std::vector<std::string> queryWords(std::string_view query) {
 
 std::string fullTextQuery(std::vector<std::string> const& words) {
     std::string query;
+    std::unordered_set<std::string> seen;  // a repeated word adds nothing that all words must match
     for (auto const& word : words) {
+        if (!seen.insert(asciiLowered(word)).second) continue;
         if (!query.empty()) query += ' ';
         query += fmt::format("\"{}\"", word);  // words hold no quote: quotes separate words
     }

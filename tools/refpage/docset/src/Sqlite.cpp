@@ -9,19 +9,23 @@ Database::Database(std::string const& path, int flags) {
     int const code = sqlite3_open_v2(path.c_str(), &raw, flags | SQLITE_OPEN_EXRESCODE, nullptr);
     db_.reset(raw);  // owned even when opening failed, as SQLite requires
     if (code != SQLITE_OK)
-        throw SqliteError(fmt::format("cannot open the database: {}", raw ? sqlite3_errmsg(raw) : sqlite3_errstr(code)));
+        throw SqliteError(fmt::format("cannot open the database: {}", raw ? sqlite3_errmsg(raw) : sqlite3_errstr(code)),
+                          code);
 }
 
-void Database::execute(char const* sql) {
+void Database::execute(char const* sql, std::string_view doing) {
     char* message = nullptr;
     int const code = sqlite3_exec(db_.get(), sql, nullptr, nullptr, &message);
     std::unique_ptr<char, decltype(&sqlite3_free)> const owned(message, &sqlite3_free);
-    if (code != SQLITE_OK) throw SqliteError(fmt::format("{}: {}", sql, message ? message : sqlite3_errstr(code)));
+    if (code != SQLITE_OK)
+        throw SqliteError(fmt::format("{}: {}", doing, message ? message : sqlite3_errstr(code)), code,
+                          sqlite3_system_errno(db_.get()));
 }
 
 void Database::require(int code, std::string_view doing) const {
     if (code != SQLITE_OK && code != SQLITE_ROW && code != SQLITE_DONE)
-        throw SqliteError(fmt::format("{}: {}", doing, sqlite3_errmsg(db_.get())));
+        throw SqliteError(fmt::format("{}: {}", doing, sqlite3_errmsg(db_.get())), code,
+                          sqlite3_system_errno(db_.get()));
 }
 
 Statement::Statement(Database& db, std::string_view sql) : db_(&db) {

@@ -12,9 +12,18 @@
 
 namespace refpage::sqlite {
 
+/// What SQLite refused: its result code (SQLITE_INTERRUPT when a progress handler stopped it)
+/// and, for a failed system call, that call's errno (else 0).
 class SqliteError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    SqliteError(std::string const& message, int code, int systemError = 0)
+        : std::runtime_error(message), code_(code), systemError_(systemError) {}
+    int code() const noexcept { return code_; }
+    int systemError() const noexcept { return systemError_; }
+
+private:
+    int code_;
+    int systemError_;
 };
 
 struct CloseDatabase {
@@ -31,8 +40,8 @@ public:
     Database(std::string const& path, int flags);
 
     sqlite3* get() const noexcept { return db_.get(); }
-    /// Runs statements that bind nothing and return nothing.
-    void execute(char const* sql);
+    /// Runs statements that bind nothing and return nothing; a failure says `doing`, never the SQL.
+    void execute(char const* sql, std::string_view doing = "running statements");
     /// Throws SqliteError "`doing`: <SQLite's message>" when `code` is not SQLITE_OK/ROW/DONE.
     void require(int code, std::string_view doing) const;
 

@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <refpage/format/Inputs.hpp>
 #include <refpage/support/AtomicFile.hpp>
+#include <refpage/support/FileDescriptor.hpp>
+#include <refpage/support/OutputFolder.hpp>
 #include <system_error>
 #include <utility>
 
@@ -55,21 +57,6 @@ bool readAll(int fd, std::string& text) {
         }
     }
 }
-
-/// Closes the descriptor it holds.
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int fd) noexcept : fd_(fd) {}
-    FileDescriptor(FileDescriptor const&) = delete;
-    FileDescriptor& operator=(FileDescriptor const&) = delete;
-    ~FileDescriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-    int get() const noexcept { return fd_; }
-
-private:
-    int fd_;
-};
 
 bool isPageName(fs::path const& path) {
     return path.extension() == ".json";
@@ -132,7 +119,7 @@ void walkFolder(fs::path const& root, std::vector<PageEntry>& entries) {
             continue;
         }
         if (S_ISDIR(own.st_mode)) {
-            enter(child);  // invalidates `frame`
+            if (!holdsOutputMarker(child)) enter(child);  // invalidates `frame`; the tool's own output is no page
             continue;
         }
         if (!isPageName(child)) continue;

@@ -2,8 +2,12 @@
 
 #include <algorithm>
 #include <refpage/site/Paths.hpp>
+#include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>
-#include <set>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "PathTree.hpp"
 
 namespace refpage {
 
@@ -14,18 +18,43 @@ bool endsWith(std::string_view text, std::string_view tail) {
     return text.size() >= tail.size() && equalsIgnoringAsciiCase(text.substr(text.size() - tail.size()), tail);
 }
 
+/// True when `path` has a segment, or is in all, longer than a site path may be.
+bool tooLong(std::string_view path) {
+    if (path.size() > maxSitePathBytes) return true;
+    for (std::size_t start = 0; start <= path.size();) {
+        std::size_t const end = std::min(path.find('/', start), path.size());
+        if (end - start > maxSitePathSegmentBytes) return true;
+        start = end + 1;
+    }
+    return false;
+}
+
+/// True when `lowered` (a path in ASCII lower case) is one the site keeps for itself.
+bool isReserved(std::string_view lowered) {
+    return lowered == siteIndexPath || lowered == siteNotFoundPath || lowered.starts_with(siteAssetFolder);
+}
+
+/// Why `href` cannot be a page's path at all, or nullopt when it can be.
+std::optional<HrefRefusal> hrefProblem(std::string_view href) {
+    if (href.empty()) return HrefRefusal::none;
+    if (safePagePath(href)) return std::nullopt;
+    std::string_view const path = href.substr(0, href.find('#'));
+    if (tooLong(path)) return HrefRefusal::tooLong;
+    if (isReserved(asciiLowered(path))) return HrefRefusal::reserved;
+    return HrefRefusal::unsafe;
+}
+
 }  // namespace
 
 std::optional<std::string> safeRelativePath(std::string_view path) {
-    constexpr std::size_t maxSegment = 200;  // file systems allow 255 bytes per name
-    if (path.empty() || path.front() == '/') return std::nullopt;
+    if (path.empty() || path.front() == '/' || tooLong(path)) return std::nullopt;
     for (unsigned char c : path)
         if (c < 0x20 || c == 0x7f || c == '\\' || c == '?' || c == ':' || c == '#') return std::nullopt;
     std::size_t start = 0;
     while (start <= path.size()) {
         std::size_t const end = std::min(path.find('/', start), path.size());
         std::string_view const segment = path.substr(start, end - start);
-        if (segment.empty() || segment == "." || segment == ".." || segment.size() > maxSegment) return std::nullopt;
+        if (segment.empty() || segment == "." || segment == "..") return std::nullopt;
         start = end + 1;
     }
     return std::string(path);
@@ -35,8 +64,7 @@ std::optional<std::string> safePagePath(std::string_view href) {
     std::string_view const path = href.substr(0, href.find('#'));
     if (!safeRelativePath(path)) return std::nullopt;
     if (!endsWith(path, ".html") && !endsWith(path, ".htm")) return std::nullopt;
-    std::string const lower = asciiLowered(path);
-    if (lower == siteIndexPath || lower.starts_with(siteAssetFolder)) return std::nullopt;
+    if (isReserved(asciiLowered(path))) return std::nullopt;
     return std::string(path);
 }
 
@@ -52,29 +80,69 @@ std::string derivedPagePath(std::string_view name, std::size_t attempt) {
 }
 
 PagePathAssignment assignPagePaths(std::vector<std::string> const& hrefs, std::vector<std::string> const& names) {
+    std::size_t const count = hrefs.size();
     PagePathAssignment result;
-    std::set<std::string> taken;
-    std::vector<bool> keeps(hrefs.size(), false);
-    result.paths.resize(hrefs.size());
+    result.paths.resize(count);
+    // Every usable Href, folded, as a file; the site's own files too. A path under any of these
+    // files cannot be written, whichever page comes first: the file wins.
+    std::vector<std::optional<std::string>> candidates(count);
+    std::vector<std::string> folded(count);
+    PathTree files;
+    files.addFile(siteIndexPath);
+    files.addFile(siteNotFoundPath);
+    for (std::size_t i = 0; i < count; ++i) {
+        candidates[i] = safePagePath(hrefs[i]);
+        if (!candidates[i]) continue;
+        folded[i] = asciiLowered(*candidates[i]);
+        files.addFile(folded[i]);
+    }
     // Safe Hrefs first, in page order, so that a derived path never takes a page's own Href.
-    for (std::size_t i = 0; i < hrefs.size(); ++i)
-        if (auto path = safePagePath(hrefs[i]); path && taken.insert(asciiLowered(*path)).second) {
-            result.paths[i] = std::move(*path);
-            keeps[i] = true;
+    PathTree kept;
+    std::unordered_set<std::string_view> keptPaths;
+    std::vector<std::optional<HrefRefusal>> refusals(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!candidates[i])
+            refusals[i] = hrefProblem(hrefs[i]);
+        else if (files.liesUnderFile(folded[i]))
+            refusals[i] = HrefRefusal::blocked;
+        else if (!keptPaths.insert(folded[i]).second)
+            refusals[i] = HrefRefusal::taken;
+        else {
+            result.paths[i] = std::move(*candidates[i]);
+            kept.addFile(folded[i]);
         }
-    for (std::size_t i = 0; i < hrefs.size(); ++i) {
-        if (keeps[i]) continue;
+    }
+    // Derived paths: each stem remembers the next attempt to try, so clashes cost nothing twice.
+    std::unordered_map<std::string, std::size_t> nextAttempt;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!refusals[i]) continue;
         std::string_view const name = i < names.size() ? std::string_view(names[i]) : std::string_view();
-        for (std::size_t attempt = 0;; ++attempt) {
-            std::string path = derivedPagePath(name, attempt);
-            if (taken.insert(asciiLowered(path)).second) {
-                result.paths[i] = std::move(path);
-                break;
-            }
-        }
+        std::string const stem = asciiLowered(derivedPagePath(name, 0));
+        std::size_t& attempt = nextAttempt[stem];
+        std::string path = derivedPagePath(name, attempt);
+        while (kept.holds(asciiLowered(path))) path = derivedPagePath(name, ++attempt);
+        ++attempt;
+        kept.addFile(asciiLowered(path));
+        result.paths[i] = std::move(path);
         result.derived.push_back(i);
+        result.refusals.push_back(*refusals[i]);
     }
     return result;
+}
+
+std::string refusalReason(std::string_view href, HrefRefusal refusal) {
+    // Cut: an Href may be kilobytes long.
+    std::string const shown = refpage::quoted(href.size() > 80 ? std::string(href.substr(0, 80)) + "..." : href);
+    switch (refusal) {
+        case HrefRefusal::none: return "the page has no Href";
+        case HrefRefusal::taken: return "another page has the same Href";
+        case HrefRefusal::unsafe: return fmt::format("Href {} is not a safe relative .html path", shown);
+        case HrefRefusal::reserved: return fmt::format("Href {} is a path the site keeps for itself", shown);
+        case HrefRefusal::tooLong: return fmt::format("Href {} is too long for a file path", shown);
+        case HrefRefusal::blocked:
+            return fmt::format("Href {} would put the page inside a folder that is another page's file", shown);
+    }
+    return {};
 }
 
 std::string rootPrefix(std::string_view from) {

@@ -8,31 +8,28 @@
 #include <refpage/support/Escape.hpp>
 #include <system_error>
 
+#include "FileKinds.hpp"
+#include "Umask.hpp"
+
 namespace refpage {
 
 namespace {
 
-/// What a file that is not a regular file is, for messages.
-char const* kindOf(mode_t mode) {
-    if (S_ISDIR(mode)) return "a folder";
-    if (S_ISLNK(mode)) return "a symbolic link";
-    if (S_ISFIFO(mode)) return "a FIFO";
-    if (S_ISSOCK(mode)) return "a socket";
-    if (S_ISCHR(mode)) return "a character device";
-    if (S_ISBLK(mode)) return "a block device";
-    return "not a regular file";
+/// The mode a new file gets from the umask.
+mode_t newFileMode() {
+    return static_cast<mode_t>(0666 & ~currentUmask());
 }
 
-/// The mode a new file gets from the umask. The umask can only be read by setting it, so
-/// it is read once, before any thread could be making files.
-mode_t newFileMode() {
-    static mode_t const mode = [] {
-        mode_t const mask = ::umask(0);
-        ::umask(mask);
-        return static_cast<mode_t>(0666 & ~mask);
-    }();
-    return mode;
+}  // namespace
+
+void requireReplaceableFile(std::filesystem::path const& destination) {
+    struct stat existing {};
+    if (::lstat(destination.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode))
+        throw FileError(fmt::format("{}: is {}, not a file that may be replaced; nothing written",
+                                    refpage::quoted(destination.string()), kindOf(existing.st_mode)));
 }
+
+namespace {
 
 FileError failure(std::filesystem::path const& path, std::string_view what, int code) {
     return FileError(fmt::format("{}: {}: {}", refpage::quoted(path.string()), what, systemReason(code)));
@@ -45,15 +42,16 @@ std::string systemReason(int code) {
 }
 
 AtomicFile::AtomicFile(std::filesystem::path destination) : destination_(std::move(destination)) {
-    newFileMode();
-    struct stat existing {};
-    if (::lstat(destination_.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode))
-        throw FileError(fmt::format("{}: is {}, not a file that may be replaced; nothing written",
-                                    refpage::quoted(destination_.string()), kindOf(existing.st_mode)));
-    std::string pattern = destination_.string() + ".tmp-XXXXXX";
-    fd_ = ::mkostemp(pattern.data(), O_CLOEXEC);
-    if (fd_ < 0) throw failure(destination_, "cannot create a file beside it", errno);
-    temporary_ = pattern;
+    requireReplaceableFile(destination_);
+    int error = 0;
+    registration_ = TemporaryPath::create(TemporaryKind::file, [&]() -> std::filesystem::path {
+        std::string pattern = destination_.string() + ".tmp-XXXXXX";
+        fd_ = ::mkostemp(pattern.data(), O_CLOEXEC);
+        error = errno;
+        if (fd_ >= 0) temporary_ = pattern;
+        return temporary_;
+    });
+    if (fd_ < 0) throw failure(destination_, "cannot create a file beside it", error);
 }
 
 AtomicFile::~AtomicFile() {
@@ -73,14 +71,21 @@ void AtomicFile::write(std::string_view text) {
 }
 
 void AtomicFile::commit() {
+    requireReplaceableFile(destination_);
     struct stat existing {};
     mode_t const mode = ::stat(destination_.c_str(), &existing) == 0 ? existing.st_mode & 07777 : newFileMode();
     if (::fchmod(fd_, mode) != 0 || ::fsync(fd_) != 0) throw failure(destination_, "cannot write", errno);
     int const fd = fd_;
     fd_ = -1;
     if (::close(fd) != 0) throw failure(destination_, "cannot write", errno);
-    if (::rename(temporary_.c_str(), destination_.c_str()) != 0) throw failure(destination_, "cannot replace it", errno);
+    int error = 0;
+    bool const ran = registration_.whileNotInterrupted([&] {
+        error = ::rename(temporary_.c_str(), destination_.c_str()) == 0 ? 0 : errno;
+    });
+    if (!ran) throw FileError(fmt::format("{}: interrupted; left as it was", refpage::quoted(destination_.string())));
+    if (error != 0) throw failure(destination_, "cannot replace it", error);
     temporary_.clear();
+    registration_.forget();
 }
 
 bool replaceFile(std::filesystem::path const& file, std::string_view text, std::string& error) {

@@ -10,6 +10,7 @@
 //     UNIQUE INDEX anchor ON searchIndex (name, type, path): type from dashEntryType, path = href
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
 #include <memory>
@@ -57,6 +58,11 @@ std::string_view dashEntryType(reference::property::RefEntityType::Value type) n
 /// one transaction, then a rename over `path`. On failure `path` is untouched and the new file removed.
 void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry const> entries);
 
+/// The bytes of the index file that writeLookupIndex writes for `entries` (the same schema and
+/// rows), built in memory: for writers that create every file themselves, such as an
+/// OutputFolder (a docset's docSet.dsidx). Throws LookupIndexError when SQLite refuses.
+std::string lookupIndexFile(std::span<LookupEntry const> entries);
+
 /// One ranked match of a query. Texts are UTF-8.
 struct LookupHit {
     std::string name;
@@ -70,11 +76,21 @@ struct LookupHit {
     double score = 0;       ///< BM25 in the full-text tier (lower is better), else 0
 };
 
+/// How long opening an index file, or one query of it, may take before it is given up with an
+/// error: a crafted file cannot make `find --index` run longer. A real index is far within it:
+/// a query that scans 300,000 entries takes a fraction of a second.
+inline constexpr std::chrono::milliseconds lookupQueryTimeLimit{10'000};
+
 /// An open lookup index. Not safe to share between threads.
 class LookupIndex {
 public:
-    /// Opens an index file read-only; throws LookupIndexError for a missing file or one that is no index.
-    static LookupIndex open(std::filesystem::path const& path);
+    /// Opens an index file read-only, reading only its schema table and its own tables: the
+    /// tables lookup, lookup_text (FTS5) and searchIndex with their columns, no view, no trigger,
+    /// user_version 1. Throws LookupIndexError for a missing file, one that is no such index,
+    /// or one that takes longer than `timeLimit`; messages never quote the file's contents.
+    /// Every later query is bounded by `timeLimit` too (LookupIndexError past it).
+    static LookupIndex open(std::filesystem::path const& path,
+                            std::chrono::milliseconds timeLimit = lookupQueryTimeLimit);
     /// The same index, built in memory.
     static LookupIndex inMemory(std::span<LookupEntry const> entries);
 
@@ -98,6 +114,7 @@ public:
 private:
     struct Impl;
     explicit LookupIndex(std::unique_ptr<Impl> impl);
+    std::vector<LookupHit> findHits(std::string_view query, std::size_t limit) const;
     std::unique_ptr<Impl> impl_;
 };
 

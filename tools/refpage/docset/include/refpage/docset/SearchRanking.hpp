@@ -50,7 +50,9 @@ inline constexpr std::string_view fullTextTokenizer = "unicode61 remove_diacriti
 /// The words of `query` as the tokenizer splits them (case as given); bytes of invalid UTF-8 separate words.
 std::vector<std::string> queryWords(std::string_view query);
 
-/// The full-text query for `words`: each word quoted as its own phrase, all required.
+/// The full-text query for `words`: each word quoted as its own phrase, all required; a word
+/// that repeats an earlier one (ignoring ASCII case, as the tokenizer does) is left out, so a
+/// query's cost grows with its distinct words only.
 std::string fullTextQuery(std::vector<std::string> const& words);
 
 /// The ranking statement: (id, tier, score) of every match, best first; ?3 is the limit (-1: none).

@@ -29,7 +29,8 @@ struct PageEntry {
 /// The entries named by `names`, in order. A file is taken as named (even if it does
 /// not exist: reading it reports why); "-" is standard input; a folder is walked
 /// iteratively, each level sorted by name, keeping `*.json` entries that are not
-/// folders, descending into subfolders but never following a symlinked folder, and
+/// folders, descending into subfolders but never following a symlinked folder nor entering
+/// a subfolder the tool wrote (a site or docset, known by its outputMarkerName file), and
 /// adding an error entry for every entry or subfolder it cannot read.
 std::vector<PageEntry> findPageEntries(std::vector<std::string> const& names);
 

@@ -10,17 +10,23 @@
 
 namespace refpage {
 
-/// Paths the site writes itself; no page is given one of these.
+/// Paths the site keeps for itself; no page is given one of these (compared ignoring ASCII case).
 inline constexpr std::string_view siteIndexPath = "index.html";
+inline constexpr std::string_view siteNotFoundPath = "404.html";
 inline constexpr std::string_view siteAssetFolder = "_site/";
 
+/// The longest segment of a site path, and the longest site path, in bytes: within the file
+/// system's NAME_MAX (255) and PATH_MAX (4096), leaving room for the folders the site is
+/// written in (a docset's Contents/Resources/Documents/, the output folder's own path).
+inline constexpr std::size_t maxSitePathSegmentBytes = 200;
+inline constexpr std::size_t maxSitePathBytes = 3072;
+
 /// `path` when it is a safe relative file path: not empty, not absolute, no ".", ".." or
-/// empty segment, no segment over 200 bytes, no backslash, ':', '?', '#' or control character.
+/// empty segment, no backslash, ':', '?', '#' or control character, within the lengths above.
 std::optional<std::string> safeRelativePath(std::string_view path);
 
-/// `href` without its fragment when it is a usable page path: not empty, relative,
-/// no "." or ".." or empty segment, no backslash, no control character, no '?',
-/// ends in ".html" or ".htm", and not inside the site's own folder or its index page.
+/// `href` without its fragment when it is a usable page path: a safe relative path that
+/// ends in ".html" or ".htm" and is not one the site keeps (index.html, 404.html, _site/...).
 std::optional<std::string> safePagePath(std::string_view href);
 
 /// A path for a page whose Href cannot be used: "pages/<name>.html" where name keeps
@@ -28,14 +34,34 @@ std::optional<std::string> safePagePath(std::string_view href);
 /// with "-2", "-3", ... added by the caller's `attempt` (0 for none).
 std::string derivedPagePath(std::string_view name, std::size_t attempt);
 
-struct PagePathAssignment {
-    std::vector<std::string> paths;  ///< one per page, in page order; all distinct, ignoring ASCII case
-    std::vector<std::size_t> derived;  ///< indexes of pages whose Href was unusable or taken
+/// Why a page does not keep its Href.
+enum class HrefRefusal {
+    none,      ///< the page has no Href
+    unsafe,    ///< not a safe relative .html path
+    reserved,  ///< a path the site keeps for itself
+    tooLong,   ///< a segment or the whole longer than the limits above
+    taken,     ///< an earlier page keeps the same path
+    blocked,   ///< a folder of it is another page's file ("a.html/b.html" beside "a.html")
 };
 
-/// Paths for pages given their Hrefs and names, in order: a page keeps its safe Href
-/// unless an earlier page holds it (compared ignoring ASCII case, as file systems may).
+struct PagePathAssignment {
+    std::vector<std::string> paths;       ///< one per page, in page order; all distinct, ignoring ASCII case
+    std::vector<std::size_t> derived;     ///< indexes of pages whose Href was not kept, ascending
+    std::vector<HrefRefusal> refusals;    ///< why, one per entry of `derived`
+};
+
+/// Paths for pages given their Hrefs and names, in order. A page keeps its safe Href unless
+/// an earlier page keeps the same path or one of its folders is another page's file (or
+/// index.html, 404.html): a page's file wins over another page's folder, whatever their order.
+/// The others get derivedPagePath paths that no kept path or earlier derived path holds,
+/// as a file or a folder. Every path is compared ignoring ASCII case, as file systems may.
+/// Guarantees: no path is a folder of another, none is reserved, all are safeRelativePath.
+/// Linear in the total length of the Hrefs and names.
 PagePathAssignment assignPagePaths(std::vector<std::string> const& hrefs, std::vector<std::string> const& names);
+
+/// The warning's reason for a page given a derived path: "the page has no Href", "another
+/// page has the same Href", "Href \"...\" is ..." (the Href quoted and cut to 80 bytes).
+std::string refusalReason(std::string_view href, HrefRefusal refusal);
 
 /// The URL that leads from the file at `from` to the file at `to` (both site paths),
 /// percent-encoded: "reference/a/x.html" to "reference/b.html" gives "../b.html".

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <filesystem>
+#include <refpage/support/TemporaryPaths.hpp>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -18,7 +19,12 @@ public:
 /// The system's reason for `code` (an errno value), as messages give it.
 std::string systemReason(int code);
 
-/// The new file of one replacement. Until commit(), it is removed when this object goes away.
+/// Throws FileError naming `destination` when it exists as anything but a regular file (a
+/// folder, symlink, device, FIFO or socket), which no file output ever replaces.
+void requireReplaceableFile(std::filesystem::path const& destination);
+
+/// The new file of one replacement. Until commit(), it is removed when this object goes away,
+/// and by an interrupt (InterruptCleanup.hpp).
 class AtomicFile {
 public:
     /// Creates the new file, empty, beside `destination`. Throws FileError when `destination`
@@ -37,14 +43,15 @@ public:
     void write(std::string_view text);
 
     /// Gives the new file its mode (the destination's when it exists, else what the umask
-    /// gives any new file), syncs it to disk and renames it over the destination. Throws
-    /// FileError and leaves the destination as it was.
+    /// gives any new file), syncs it to disk and renames it over the destination, which must
+    /// still be a regular file or nothing. Throws FileError and leaves the destination as it was.
     void commit();
 
 private:
     std::filesystem::path destination_;
     std::filesystem::path temporary_;  ///< empty once committed
     int fd_ = -1;                      ///< the new file, open for writing until commit()
+    TemporaryPath registration_;       ///< `temporary_` while it exists
 };
 
 /// `text` as the whole content of `file`, through an AtomicFile; on failure `file` is

@@ -10,6 +10,8 @@
 #include <new>
 #include <refpage/format/Check.hpp>
 #include <refpage/format/Inputs.hpp>
+#include <refpage/interchange/ExternalLinks.hpp>
+#include <refpage/interchange/InventoryReader.hpp>
 #include <refpage/support/Parallel.hpp>
 #include <string>
 #include <vector>
@@ -21,6 +23,11 @@
 namespace refpage {
 
 namespace {
+
+struct CheckOptions {
+    std::vector<std::string> paths;
+    std::vector<std::string> inventories;  ///< --inventory URL=FILE, as given
+};
 
 /// A progress line on stderr, shown only on a terminal, only for long runs, never when quiet.
 class Progress {
@@ -78,25 +85,71 @@ std::string checkDocSet(std::span<PageInput const> inputs, std::span<LoadResult 
     return counts;
 }
 
-int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
+/// The inventories that --inventory URL=FILE names, read before any page; on a bad option
+/// or inventory, `status` is set (2 or 1) and the reason printed.
+ExternalInventories readInventories(std::vector<std::string> const& options, int& status) {
+    ExternalInventories inventories;
+    for (auto const& option : options) {
+        std::string usage;
+        std::optional<InventoryOption> const parsed = parseInventoryOption(option, usage);
+        if (!parsed) {
+            fmt::print(stderr, "refpage: {}\n", usage);
+            status = exitUsage;
+            return {};
+        }
+        try {
+            inventories.add(parsed->baseUrl, readInventoryFile(parsed->file), parsed->file);
+        } catch (InventoryError const& e) {
+            printErrors({e.where()}, "error");
+            status = exitFailed;
+            return {};
+        }
+    }
+    return inventories;
+}
+
+/// The links of the pages that passed into a known inventory's site that name nothing it
+/// lists, printed as the set's findings are; the summary's part, as ", 2 unresolved external links".
+std::string checkExternalLinks(std::span<PageInput const> inputs, std::span<LoadResult const> loaded,
+                               ExternalInventories const& inventories, GlobalOptions const& global,
+                               std::size_t& findings) {
+    PageErrors where;
+    for (std::size_t i = 0; i < loaded.size() && i < inputs.size(); ++i)
+        if (loaded[i].ok() && loaded[i].page)
+            for (auto& finding : externalLinkFindings(nativePage(loaded[i].page.get()), inputs[i].source, inventories))
+                where.push_back(std::move(finding));
+    if (global.strict)
+        printErrors(where, "error");
+    else if (!global.quiet)
+        printErrors(where, "warning");
+    findings = where.size();
+    return fmt::format(", {} unresolved external link{}", findings, findings == 1 ? "" : "s");
+}
+
+int check(CheckOptions const& options, GlobalOptions const& global) {
     auto const start = std::chrono::steady_clock::now();
+    std::vector<std::string> const& paths = options.paths;
     if (std::string const usage = stdinNamedTwice(paths); !usage.empty()) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
+    int inventoryStatus = exitOk;
+    ExternalInventories const inventories = readInventories(options.inventories, inventoryStatus);
+    if (inventoryStatus != exitOk) return inventoryStatus;
     std::vector<PageEntry> const entries = findPageEntries(paths);
     LoadOptions const load{global.strict};
     Progress const progress(entries.size(), global.quiet);
     // Pages are checked on global.jobs threads and reported in order. Several pages are also
     // checked as a set, each as its own check loaded it; those that failed their check take no part.
     bool const asSet = entries.size() > 1;
+    bool const keep = asSet || !inventories.empty();  // pages that pass stay loaded for the later passes
     std::vector<PageInput> const inputs = entryInputs(entries);
     std::vector<CheckReport> reports(entries.size());
     std::vector<LoadResult> loaded(entries.size());
     std::size_t done = 0;
     std::mutex progressMutex;
     forEachIndex(entries.size(), global.jobs, [&](std::size_t i) {
-        reports[i] = checkEntry(entries[i], load, asSet ? &loaded[i] : nullptr);
+        reports[i] = checkEntry(entries[i], load, keep ? &loaded[i] : nullptr);
         std::lock_guard const lock(progressMutex);
         progress.step(++done);
     });
@@ -110,7 +163,9 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
         }
     }
     std::size_t findings = 0;
-    std::string const setCounts = asSet ? checkDocSet(inputs, loaded, global, findings) : std::string();
+    std::string setCounts = asSet ? checkDocSet(inputs, loaded, global, findings) : std::string();
+    std::size_t externalFindings = 0;
+    if (!inventories.empty()) setCounts += checkExternalLinks(inputs, loaded, inventories, global, externalFindings);
     // The pages are released on the same threads that loaded them: each is independent.
     forEachIndex(loaded.size(), global.jobs, [&loaded](std::size_t i) { loaded[i] = LoadResult{}; });
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
@@ -120,21 +175,25 @@ int check(std::vector<std::string> const& paths, GlobalOptions const& global) {
         fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
         return exitFailed;
     }
-    bool const setFailed = global.strict && findings != 0;
+    bool const setFailed = global.strict && findings + externalFindings != 0;
     return failed == 0 && !setFailed ? exitOk : exitFailed;
 }
 
 }  // namespace
 
 Command addCheckCommand(CLI::App& app, GlobalOptions const& global) {
-    auto paths = std::make_shared<std::vector<std::string>>();
+    auto options = std::make_shared<CheckOptions>();
     CLI::App* cli = app.add_subcommand(
         "check",
         "Load pages through the host, read them back through the host and native getters, round-trip "
         "them through JSON and copy(), and report every difference; several pages are also checked as a set "
         "(relative links that lead to no page, pages sharing an Href, entity names documented twice)");
-    cli->add_option("PATH", *paths, "Page files (- for standard input), or folders searched for *.json")->required();
-    return {cli, [paths, &global] { return check(*paths, global); }};
+    cli->add_option("PATH", options->paths, "Page files (- for standard input), or folders searched for *.json")
+        ->required();
+    cli->add_option("--inventory", options->inventories,
+                    "URL=FILE: FILE is the Sphinx inventory (objects.inv) of the site at URL; a link under URL must "
+                    "name something it lists (repeatable; nothing is fetched)");
+    return {cli, [options, &global] { return check(*options, global); }};
 }
 
 }  // namespace refpage

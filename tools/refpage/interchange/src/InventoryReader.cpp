@@ -15,8 +15,9 @@ namespace refpage {
 namespace {
 
 constexpr std::string_view firstLine = "# Sphinx inventory version 2";
-constexpr std::string_view projectPrefix = "# Project: ";
-constexpr std::string_view versionPrefix = "# Version: ";
+/// Without their space: an empty name or version leaves none once the line's end is trimmed.
+constexpr std::string_view projectPrefix = "# Project:";
+constexpr std::string_view versionPrefix = "# Version:";
 
 bool isSpace(char c) {
     return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
@@ -25,6 +26,13 @@ bool isSpace(char c) {
 std::string_view trimmedEnd(std::string_view text) {
     while (!text.empty() && isSpace(text.back())) text.remove_suffix(1);
     return text;
+}
+
+/// What follows `prefix` in a header line, without the one space after it.
+std::string headerValue(std::string_view line, std::string_view prefix) {
+    std::string_view value = line.substr(prefix.size());
+    if (value.starts_with(' ')) value.remove_prefix(1);
+    return std::string(value);
 }
 
 /// "64 MiB", "16 KiB", "100 bytes".
@@ -197,8 +205,8 @@ Inventory readInventory(std::string_view bytes, std::string_view source, Invento
     if (compression.find("zlib") == std::string_view::npos)
         reader.fail(fmt::format("header line 4 is {}: the entries are not said to be compressed with zlib",
                                 excerpt(compression)));
-    inventory.project = project.substr(projectPrefix.size());
-    inventory.version = version.substr(versionPrefix.size());
+    inventory.project = headerValue(project, projectPrefix);
+    inventory.version = headerValue(version, versionPrefix);
 
     zlib::Inflater inflater;
     auto const outcome = inflater.inflate(rest, [&reader](std::string_view piece) {

@@ -1,6 +1,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 #include <refpage/interchange/InventoryWriter.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>

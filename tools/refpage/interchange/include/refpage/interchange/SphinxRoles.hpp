@@ -23,9 +23,9 @@ namespace refpage {
 inline constexpr std::string_view defaultInventoryDomain = "py";
 
 struct SphinxRole {
-    std::string domain;       ///< "py", the domain chosen, or "std" for labels
+    std::string domain;           ///< "py", the domain chosen, or "std" for labels
     std::string_view objectType;  ///< "function", "class", ..., "label"; static storage
-    std::int64_t priority;    ///< as the table gives it
+    std::int64_t priority;        ///< as the table gives it
 
     /// "domain:objecttype".
     std::string text() const { return domain + ':' + std::string(objectType); }

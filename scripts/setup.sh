@@ -12,6 +12,7 @@ packages=(
   libsqlite3-dev sqlite3 libmstch-dev libcmark-dev libutf8proc-dev
   dpkg-dev fakeroot file pkg-config libxml2-utils lintian man-db
   chromium chromium-driver python3-selenium
+  zlib1g-dev python3-sphinx python3-jsonschema
 )
 # Peers of the benchmarks only (scripts/bench.sh): protocol buffers for the copy and equality baselines.
 if [ "${1:-}" = "--bench" ]; then packages+=(libprotobuf-dev protobuf-compiler); fi

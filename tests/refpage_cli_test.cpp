@@ -127,7 +127,7 @@ TEST(RefpageTool, FindListsMatchingPagesAsATable) {
 TEST(RefpageTool, VersionHelpAndUsageErrors) {
     EXPECT_TRUE(std::regex_match(expectRun("--version", 0).output, std::regex("refpage [0-9]+\\.[0-9]+\\.[0-9]+\n")));
     EXPECT_EQ(expectRun("bogus", 2).output,
-              "refpage: unknown command \"bogus\"; the commands are show, json, check, find, index, site, docset\n");
+              "refpage: unknown command \"bogus\"; the commands are show, json, check, find, index, site, docset, inventory, schema\n");
     expectRun("", 2, {"a command is required"});
     expectRun("json", 2);
     expectRun("check --no-such-flag x", 2);

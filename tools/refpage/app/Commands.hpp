@@ -34,5 +34,7 @@ Command addFindCommand(CLI::App& app, GlobalOptions const& global);
 Command addIndexCommand(CLI::App& app, GlobalOptions const& global);
 Command addSiteCommand(CLI::App& app, GlobalOptions const& global);
 Command addDocsetCommand(CLI::App& app, GlobalOptions const& global);
+Command addInventoryCommand(CLI::App& app, GlobalOptions const& global);
+Command addSchemaCommand(CLI::App& app, GlobalOptions const& global);
 
 }  // namespace refpage

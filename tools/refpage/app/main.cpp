@@ -47,7 +47,9 @@ int run(int argc, char** argv) {
     std::vector<Command> const commands{addShowCommand(app, global), addJsonCommand(app, global),
                                         addCheckCommand(app, global), addFindCommand(app, global),
                                         addIndexCommand(app, global), addSiteCommand(app, global),
-                                        addDocsetCommand(app, global)};
+                                        addDocsetCommand(app, global),
+                                        addInventoryCommand(app, global),
+                                        addSchemaCommand(app, global)};
     try {
         app.parse(argc, argv);
     } catch (CLI::ParseError const& e) {

@@ -29,6 +29,8 @@ using Json = nlohmann::json;  ///< only for the types of its event parser
 using Pointer = nlohmann::json_pointer<std::string>;
 
 constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
+/// The page's own key naming the JSON Schema it follows, for editors: a string, read and dropped.
+constexpr std::string_view schemaKey = "$schema";
 /// Strings longer than this hand their buffer back to the lexer's owner at once.
 constexpr std::size_t releasedTokenSize = std::size_t{1} << 16;
 
@@ -44,6 +46,7 @@ enum class Expect {
     RecordList,        ///< an array of objects
     RecordElement,     ///< an object of the open record list's element table
     Record,            ///< an object of the entry's element table
+    SchemaName,        ///< the page's "$schema": a string, not kept
 };
 
 enum class FrameKind { Record, Records, Strings, Enumerations, Ignored };
@@ -167,7 +170,8 @@ public:
                 break;
             case Expect::EnumerationValue:
             case Expect::Enumeration: enumerationKey(start, value); break;
-            case Expect::Ignored: break;
+            case Expect::Ignored:
+            case Expect::SchemaName: break;
             default: typeError(start, "string " + excerpt(at_.rawFrom(start))); break;
         }
         if (value.capacity() > releasedTokenSize) string_t().swap(value);
@@ -206,6 +210,7 @@ public:
         Frame& frame = frames_.back();
         if (frame.kind != FrameKind::Record) return true;  // no path inside values not kept
         path_.push_back(key);
+        if (frames_.size() == 1 && key == schemaKey) return schemaName(start, frame, key);
         PropertyTable const& table = *frame.node->table;
         PropertyEntry const* const entry = table.find(key);
         frame.keepValue = false;
@@ -287,6 +292,11 @@ private:
             case FrameKind::Records: expect_ = Expect::RecordElement; return;
             case FrameKind::Record: break;
         }
+        if (schemaNext_) {
+            schemaNext_ = false;
+            expect_ = Expect::SchemaName;
+            return;
+        }
         if (!parent.keepValue) {
             expect_ = Expect::Ignored;
             return;
@@ -302,12 +312,23 @@ private:
         }
     }
 
+    /// The page's "$schema" key: its value must be a string, and is dropped.
+    bool schemaName(std::size_t start, Frame& frame, std::string const& key) {
+        frame.keepValue = false;
+        if (otherKey(frame, key))
+            schemaNext_ = true;
+        else
+            error(start, messages::duplicateKey(key));
+        return true;
+    }
+
     bool isEnumeration() const { return expect_ == Expect::Enumeration || expect_ == Expect::EnumerationValue; }
 
     std::string_view expectedText() const {
         switch (expect_) {
             case Expect::Page: return "an object (a page)";
             case Expect::String: return "a string";
+            case Expect::SchemaName: return "a string (the schema's URI)";
             case Expect::Bool: return "a bool";
             case Expect::StringList: return "an array of strings";
             case Expect::RecordList: return "an array of objects";
@@ -453,6 +474,7 @@ private:
     Findings& warnings_;  ///< the caller's
     std::size_t lastError_ = none;
     bool malformed_ = false;
+    bool schemaNext_ = false;  ///< the value now starting is the page's "$schema"
 };
 
 void read(std::string_view text, std::string_view source, PageNode& root, ReadFindings& findings) {

@@ -52,10 +52,7 @@ SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> input
     // The docset's index is the lookup index, its paths the pages' places in the site.
     auto const index = resources / "docSet.dsidx";
     try {
-        std::vector<std::string> links;
-        links.reserve(report.paths.size());
-        for (auto const& path : report.paths) links.push_back(percentEncode(path));
-        writeLookupIndex(index, lookupEntries(loaded.set, links));
+        writeLookupIndex(index, siteLookupEntries(loaded.set, report.paths));
     } catch (std::exception const& e) {
         report.errors.push_back(PageError{index.string(), {}, e.what()});
     }

@@ -115,6 +115,13 @@ std::string renderSiteIndex(DocSet const& set, std::vector<std::string> const& p
     return renderMustache(options.templates.index, data, options.templates);
 }
 
+std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths) {
+    std::vector<std::string> links;
+    links.reserve(paths.size());
+    for (auto const& path : paths) links.push_back(percentEncode(path));
+    return lookupEntries(set, links);
+}
+
 std::string siteSearchIndexScript(DocSet const& set, std::vector<std::string> const& paths) {
     std::vector<LookupEntry> const entries = lookupEntries(set);
     nlohmann::json data = nlohmann::json::parse(LookupIndex::inMemory(entries).searchData());

@@ -34,6 +34,7 @@ struct ParsedPage {
 /// goes. Malformed text (anything after the one value but whitespace, NUL included)
 /// gives one error with its line and column and nothing else; otherwise every bad key
 /// and value is an error with its position and pointer. Time is linear in the text.
+/// The page's own "$schema" key (the page alone may have it) must be a string and is dropped.
 /// With options.strict the warnings are errors as well. Never throws.
 ParsedPage parsePage(std::string_view text, std::string_view source, LoadOptions const& options = {});
 

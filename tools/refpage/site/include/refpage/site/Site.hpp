@@ -50,6 +50,10 @@ SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
 /// a package last), then by title, with its purpose; deprecated pages marked.
 std::string renderSiteIndex(DocSet const& set, std::vector<std::string> const& paths, SiteOptions const& options);
 
+/// The lookup entries of `set` (one per entity of every page), each with its page's site path
+/// from `paths`, percent-encoded, as its link: what the docset's index and the inventory list.
+std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths);
+
 /// `_site/search-index.js`: defines `window.refpageSearchIndex`, the lookup index's search
 /// data (`LookupIndex::searchData`, what search-rank.js ranks exactly as `refpage find` does)
 /// with each entry's `path`, its page's site path relative to the site's root.

@@ -13,11 +13,9 @@ Command addDocsetCommand(CLI::App& app, GlobalOptions const& global) {
     addSiteOptions(*cli, *options, "The docset folder, NAME.docset (created when missing)");
     cli->add_option("--name", *name, "The docset's name")->required();
     return {cli, [options, name, &global] {
-                SiteInputs inputs = loadSiteInputs(*options, global);
-                if (inputs.status == exitUsage) return inputs.status;
-                SiteReport const report =
-                    buildDocset(inputs.loaded, inputs.inputs, options->output, *name, inputs.site);
-                return finishSiteBuild(report, inputs, *options, global, "docset");
+                return runSiteBuild(*options, global, "docset", [&](SiteInputs& inputs) {
+                    return buildDocset(inputs.loaded, inputs.inputs, options->output, *name, inputs.site);
+                });
             }};
 }
 

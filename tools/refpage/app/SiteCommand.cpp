@@ -10,11 +10,10 @@ Command addSiteCommand(CLI::App& app, GlobalOptions const& global) {
     CLI::App* cli = app.add_subcommand("site", "Write a static HTML site of the pages, with an index and search");
     addSiteOptions(*cli, *options, "Folder of the site (created when missing)");
     return {cli, [options, &global] {
-                SiteInputs inputs = loadSiteInputs(*options, global);
-                if (inputs.status == exitUsage) return inputs.status;
-                inputs.site.output = options->output;
-                SiteReport const report = buildSite(inputs.loaded, inputs.inputs, inputs.site);
-                return finishSiteBuild(report, inputs, *options, global, "site");
+                return runSiteBuild(*options, global, "site", [&](SiteInputs& inputs) {
+                    inputs.site.output = options->output;
+                    return buildSite(inputs.loaded, inputs.inputs, inputs.site);
+                });
             }};
 }
 

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <refpage/format/Inputs.hpp>
+#include <refpage/support/AtomicFile.hpp>
+#include <refpage/support/OutputOverlap.hpp>
 #include <refpage/support/Escape.hpp>
 
 #include "Diagnostics.hpp"
@@ -10,6 +12,10 @@
 
 namespace refpage {
 
+namespace {
+
+/// Loads every page on `global.jobs` threads, in entry order; prints load errors and
+/// (unless quiet) warnings, and reads the templates.
 SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const& global) {
     SiteInputs inputs;
     if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
@@ -47,15 +53,26 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
     return inputs;
 }
 
-int finishSiteBuild(SiteReport const& report, SiteInputs const& inputs, SiteCommandOptions const& options,
-                    GlobalOptions const& global, char const* what) {
+}  // namespace
+
+int runSiteBuild(SiteCommandOptions const& options, GlobalOptions const& global, char const* what,
+                 FunctionRef<SiteReport(SiteInputs& inputs)> build) {
+    if (auto const overlap = outputOverlapsInput(options.output, options.paths)) throw FileError(*overlap);
+    SiteInputs inputs = loadSiteInputs(options, global);
+    if (inputs.status == exitUsage) return inputs.status;
+    SiteReport report;
+    if (inputs.status == exitOk) report = build(inputs);
     if (!global.quiet) printErrors(report.warnings, Severity::Warning);
     printErrors(report.errors, Severity::Error);
-    if (!global.quiet)
-        fmt::print(stderr, "{}: {} pages written to {}, {} unresolved links shown as text, {} pages moved\n", what,
-                   report.pagesWritten, refpage::quoted(options.output), report.unresolvedLinks, report.movedPages);
+    if (!global.quiet) {
+        if (report.committed)
+            fmt::print(stderr, "{}: {} pages written to {}, {} unresolved links shown as text, {} pages moved\n", what,
+                       report.pagesWritten, refpage::quoted(options.output), report.unresolvedLinks, report.movedPages);
+        else
+            fmt::print(stderr, "{}: nothing written; {} is as it was\n", what, refpage::quoted(options.output));
+    }
     if (inputs.status != exitOk) return inputs.status;
-    bool const failed = !report.ok() || (global.strict && !report.warnings.empty());
+    bool const failed = !report.ok() || !report.committed || (global.strict && !report.warnings.empty());
     return failed ? exitFailed : exitOk;
 }
 

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <refpage/support/FunctionRef.hpp>
+
 #include "Commands.hpp"
 
 namespace refpage {
@@ -26,14 +28,14 @@ struct SiteInputs {
     int status = exitOk;            ///< exitFailed when a page failed or the templates could not be read
 };
 
-/// Loads every page on `global.jobs` threads, in entry order; prints load errors and
-/// (unless quiet) warnings.
-SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const& global);
-
-/// Prints the build's warnings (unless quiet), errors and a summary (unless quiet);
-/// returns the exit status: failed on any error, or on a warning with --strict.
-int finishSiteBuild(SiteReport const& report, SiteInputs const& inputs, SiteCommandOptions const& options,
-                    GlobalOptions const& global, char const* what);
+/// Builds a site or a docset, as `build` writes it, of the pages `options` names: refuses an
+/// output that is or holds an input, loads the pages on `global.jobs` threads, prints what
+/// loading said, builds only when every page loaded and the templates were read, then prints
+/// the build's warnings (unless quiet), errors and a summary (unless quiet) that says whether
+/// the output was replaced. Returns the exit status: failed on any error, or on a warning
+/// with --strict.
+int runSiteBuild(SiteCommandOptions const& options, GlobalOptions const& global, char const* what,
+                 FunctionRef<SiteReport(SiteInputs& inputs)> build);
 
 /// Adds PAGES, -o, --templates and --title.
 void addSiteOptions(CLI::App& cli, SiteCommandOptions& options, char const* outputHelp);

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <refpage/site/DocsetBundle.hpp>
 #include <refpage/site/Html.hpp>
@@ -35,27 +34,19 @@ std::string docsetInfoPlist(std::string_view name) {
 
 SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> inputs, std::filesystem::path const& output,
                        std::string_view name, SiteOptions site) {
-    auto const contents = output / "Contents";
-    auto const resources = contents / "Resources";
-    site.output = resources / "Documents";
     if (site.title == SiteOptions{}.title) site.title = std::string(name);
-    SiteReport report = buildSite(loaded, inputs, site);
-    auto write = [&](std::filesystem::path const& file, std::string const& text) {
-        std::ofstream out(file, std::ios::binary | std::ios::trunc);
-        out << text;
-        out.close();
-        if (!out) report.errors.push_back({file.string(), "", "cannot write"});
-    };
-    write(contents / "Info.plist", docsetInfoPlist(name));
+    OutputFolder out(output);
+    SiteReport report = writeSite(loaded, inputs, site, out, "Contents/Resources/Documents/");
+    out.writeFile("Contents/Info.plist", docsetInfoPlist(name));
     nlohmann::json const meta{{"name", std::string(name)}, {"title", std::string(name)}};
-    write(output / "meta.json", meta.dump(1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n");
+    out.writeFile("meta.json", meta.dump(1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n");
     // The docset's index is the lookup index, its paths the pages' places in the site.
-    auto const index = resources / "docSet.dsidx";
     try {
-        writeLookupIndex(index, siteLookupEntries(loaded.set, report.paths));
+        out.writeFile("Contents/Resources/docSet.dsidx", lookupIndexFile(siteLookupEntries(loaded.set, report.paths)));
     } catch (std::exception const& e) {
-        report.errors.push_back(PageError{index.string(), {}, e.what()});
+        report.errors.push_back(PageError{(output / "Contents/Resources/docSet.dsidx").string(), {}, e.what()});
     }
+    commitSite(out, report);
     return report;
 }
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <fstream>
 #include <map>
-#include <set>
 #include <nlohmann/json.hpp>
+#include <refpage/interchange/InventoryWriter.hpp>
+#include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/Parallel.hpp>
 #include <refpage/site/Html.hpp>
 #include <refpage/site/Site.hpp>
@@ -22,32 +22,11 @@ using namespace reference::property;
 
 namespace {
 
-std::filesystem::path sitePath(std::filesystem::path const& root, std::string_view path) {
-    return root / std::filesystem::path(std::u8string(path.begin(), path.end()));
-}
-
-/// Makes the folder of every path once, before any file is written; an error names the folder.
-void makeFolders(std::filesystem::path const& root, std::vector<std::string> const& paths, PageErrors& errors) {
-    std::set<std::filesystem::path> folders{root, sitePath(root, siteAssetFolder)};
-    for (auto const& path : paths) folders.insert(sitePath(root, path).parent_path());
-    for (auto const& folder : folders) {
-        std::error_code ec;
-        std::filesystem::create_directories(folder, ec);
-        if (ec) errors.push_back({folder.string(), "", fmt::format("cannot make the folder: {}", ec.message())});
-    }
-}
-
-/// Writes `text` to `root / path`, whose folder exists; an error names the file.
-bool writeFile(std::filesystem::path const& root, std::string_view path, std::string const& text, PageErrors& errors) {
-    std::filesystem::path const file = sitePath(root, path);
-    std::ofstream out(file, std::ios::binary | std::ios::trunc);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    out.close();
-    if (!out) {
-        errors.push_back({file.string(), "", "cannot write"});
-        return false;
-    }
-    return true;
+/// Writes `text` as `prefix + path` into `out`; false once any write failed (the folder keeps the first failure).
+bool write(OutputFolder& out, std::string_view prefix, std::string_view path, std::string_view text) {
+    std::string full(prefix);
+    full += path;
+    return out.writeFile(full, text);
 }
 
 }  // namespace
@@ -60,13 +39,11 @@ SiteReport planSite(DocSet const& set) {
     }
     PagePathAssignment assignment = assignPagePaths(hrefs, names);
     SiteReport report;
-    for (std::size_t i : assignment.derived) {
-        std::string const why = hrefs[i].empty()                ? "the page has no Href"
-                                : safePagePath(hrefs[i]) ? "another page has the same Href"
-                                                         : fmt::format("Href {} is not a safe relative .html path",
-                                                                       refpage::quoted(hrefs[i]));
+    for (std::size_t k = 0; k < assignment.derived.size(); ++k) {
+        std::size_t const i = assignment.derived[k];
         report.warnings.push_back({set.pages()[i].source, "/Href",
-                                   fmt::format("{}; written as {}", why, refpage::quoted(assignment.paths[i]))});
+                                   fmt::format("{}; written as {}", refusalReason(hrefs[i], assignment.refusals[k]),
+                                               refpage::quoted(assignment.paths[i]))});
     }
     report.movedPages = assignment.derived.size();
     report.paths = std::move(assignment.paths);
@@ -119,11 +96,14 @@ std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::s
     std::vector<std::string> links;
     links.reserve(paths.size());
     for (auto const& path : paths) links.push_back(percentEncode(path));
-    return lookupEntries(set, links);
+    std::vector<LookupEntry> entries = lookupEntries(set, links);
+    // What is published names a page by its place in the site, never by a file of the machine that built it.
+    for (auto& entry : entries) entry.source = paths[entry.page];
+    return entries;
 }
 
 std::string siteSearchIndexScript(DocSet const& set, std::vector<std::string> const& paths) {
-    std::vector<LookupEntry> const entries = lookupEntries(set);
+    std::vector<LookupEntry> const entries = siteLookupEntries(set, paths);
     nlohmann::json data = nlohmann::json::parse(LookupIndex::inMemory(entries).searchData());
     auto& listed = data["entries"];
     for (std::size_t i = 0; i < entries.size() && i < listed.size(); ++i)
@@ -132,17 +112,18 @@ std::string siteSearchIndexScript(DocSet const& set, std::vector<std::string> co
            ";\n";
 }
 
-SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options) {
+SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options,
+                     OutputFolder& out, std::string_view prefix) {
     DocSet const& set = loaded.set;
     std::size_t const count = set.pages().size();
     SiteReport report = planSite(set);
-    makeFolders(options.output, report.paths, report.errors);
     // Pages are loaded again, rendered, written and released on the threads, in any order;
     // what each says is kept by page and reported in page order.
     std::vector<std::vector<std::string>> unresolved(count);
     std::vector<PageErrors> pageErrors(count);
     std::vector<char> written(count, 0);
     forEachIndex(count, options.jobs, [&](std::size_t i) {
+        if (out.failed()) return;  // the build is lost: its first failure says why
         PageInput const& input = inputs[loaded.inputOf[i]];
         LoadResult const page = loadInput(input, options.load);
         if (!page.ok()) {
@@ -152,7 +133,7 @@ SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
         try {
             SitePageView const view{i, report.paths[i], &report.paths, &set, options.title, options.lang};
             RenderedPage rendered = renderSitePage(nativePage(page.page.get()), view, options.templates);
-            written[i] = writeFile(options.output, report.paths[i], rendered.html, pageErrors[i]) ? 1 : 0;
+            written[i] = write(out, prefix, report.paths[i], rendered.html) ? 1 : 0;
             unresolved[i] = std::move(rendered.unresolved);
         } catch (std::exception const& e) {
             pageErrors[i].push_back({input.source, "", fmt::format("cannot render: {}", e.what())});
@@ -166,15 +147,36 @@ SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
         for (auto& error : pageErrors[i]) report.errors.push_back(std::move(error));
     }
     try {
-        writeFile(options.output, siteIndexPath, renderSiteIndex(set, report.paths, options), report.errors);
+        write(out, prefix, siteIndexPath, renderSiteIndex(set, report.paths, options));
     } catch (std::exception const& e) {
         report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});
     }
     std::string const assets(siteAssetFolder);
-    writeFile(options.output, assets + "style.css", options.templates.style, report.errors);
-    writeFile(options.output, assets + "search.js", options.templates.script, report.errors);
-    writeFile(options.output, assets + "search-rank.js", options.templates.rank, report.errors);
-    writeFile(options.output, assets + "search-index.js", siteSearchIndexScript(set, report.paths), report.errors);
+    write(out, prefix, assets + "style.css", options.templates.style);
+    write(out, prefix, assets + "search.js", options.templates.script);
+    write(out, prefix, assets + "search-rank.js", options.templates.rank);
+    write(out, prefix, assets + "search-index.js", siteSearchIndexScript(set, report.paths));
+    write(out, prefix, "objects.inv",
+          inventoryBytes(inventoryEntries(siteLookupEntries(set, report.paths)), {options.title, options.version}));
+    return report;
+}
+
+void commitSite(OutputFolder& out, SiteReport& report) {
+    if (out.failed()) report.errors.push_back({out.target().string(), "", out.failure()});
+    if (!report.ok()) return;
+    try {
+        if (std::string const warning = out.commit(); !warning.empty())
+            report.warnings.push_back({out.target().string(), "", warning});
+        report.committed = true;
+    } catch (FileError const& e) {
+        report.errors.push_back({out.target().string(), "", e.what()});
+    }
+}
+
+SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options) {
+    OutputFolder out(options.output);
+    SiteReport report = writeSite(loaded, inputs, options, out, "");
+    commitSite(out, report);
     return report;
 }
 

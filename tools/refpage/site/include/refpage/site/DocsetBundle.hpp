@@ -18,9 +18,10 @@ std::string docsetIdentifier(std::string_view name);
 /// dashIndexFilePath (index.html). Texts are XML-escaped.
 std::string docsetInfoPlist(std::string_view name);
 
-/// Writes the docset folder at `output`: the site of `loaded` (as buildSite writes it; `site.output`
-/// is ignored: the site goes into Documents/), Info.plist, the lookup index of the set as
-/// docSet.dsidx with each entry's path its page's site path, and meta.json with the name.
+/// Writes the docset folder at `output`, whole or not at all as buildSite writes a site: the
+/// site of `loaded` in Contents/Resources/Documents/ (`site.output` is ignored), Info.plist, the
+/// lookup index of the set as docSet.dsidx with each entry's path its page's site path, and
+/// meta.json with the name. Throws FileError when `output` may not be replaced.
 SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> inputs, std::filesystem::path const& output,
                        std::string_view name, SiteOptions site);
 

@@ -10,6 +10,7 @@
 #include <refpage/format/PageError.hpp>
 #include <refpage/site/Page.hpp>
 #include <refpage/site/Templates.hpp>
+#include <refpage/support/OutputFolder.hpp>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,6 +23,7 @@ struct SiteOptions {
     unsigned jobs = 1;              ///< threads rendering pages; the output does not depend on it
     std::string title = "Reference";
     std::string lang = "en";
+    std::string version;            ///< the documented project's version, for objects.inv; may be empty
     LoadOptions load;               ///< how pages are loaded again for rendering
 };
 
@@ -32,6 +34,7 @@ struct SiteReport {
     std::size_t pagesWritten = 0;
     std::size_t unresolvedLinks = 0;
     std::size_t movedPages = 0;      ///< pages written at a derived path
+    bool committed = false;          ///< the output now holds this build; otherwise it is as it was
 
     bool ok() const noexcept { return errors.empty(); }
 };
@@ -39,11 +42,21 @@ struct SiteReport {
 /// The site's path of every page of `set`, with a warning for each page given a derived path.
 SiteReport planSite(DocSet const& set);
 
-/// Writes the whole site of `loaded` under `options.output`: every page of the set, loaded
-/// again from `inputs` (`loaded.inputOf` names each page's input) and released as soon as
-/// it is written, then `index.html` and `_site/` (style.css, search.js, search-rank.js,
-/// search-index.js). Existing files of those names are replaced; nothing else in the folder
-/// is touched.
+/// Writes the whole site of `loaded` into `out` under `prefix` ("" for its root): every page
+/// of the set, loaded again from `inputs` (`loaded.inputOf` names each page's input) and
+/// released as soon as it is written, then `index.html`, `objects.inv` and `_site/`
+/// (style.css, search.js, search-rank.js, search-index.js). After the first failed write,
+/// nothing more is written; the report's errors name it once.
+SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options,
+                     OutputFolder& out, std::string_view prefix);
+
+/// Commits `out` when `report` holds no error (and says so in `report.committed`); otherwise,
+/// or when the commit fails, the target stays as it was and the error is added to the report.
+void commitSite(OutputFolder& out, SiteReport& report);
+
+/// The site of `loaded` at `options.output`, whole or not at all: written into a new folder
+/// beside it (OutputFolder) and put in its place only when every page and file was written.
+/// Throws FileError when `options.output` may not be replaced (see OutputFolder).
 SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options);
 
 /// The index page: every page by package (ASCII-case-insensitive order, pages without
@@ -51,7 +64,8 @@ SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
 std::string renderSiteIndex(DocSet const& set, std::vector<std::string> const& paths, SiteOptions const& options);
 
 /// The lookup entries of `set` (one per entity of every page), each with its page's site path
-/// from `paths`, percent-encoded, as its link: what the docset's index and the inventory list.
+/// from `paths`, percent-encoded, as its link and as it is as its source (never the page's
+/// file on the machine that built the site): what the docset's index and the inventory list.
 std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths);
 
 /// `_site/search-index.js`: defines `window.refpageSearchIndex`, the lookup index's search

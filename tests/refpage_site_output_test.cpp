@@ -1,0 +1,198 @@
+// The site and the docset as outputs a user can trust: built whole or not at all, never
+// written through a symlink or over the input or over a folder that is not the tool's,
+// every page given a file, nothing of the building machine published, and no staging
+// folder left behind by a failure or an interrupt.
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <pagegen/PageGen.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/ToolRun.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testvalues::contains;
+using testvalues::expectRun;
+using testvalues::ScratchFolder;
+
+std::string read(fs::path const& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+/// Every entry under `root` (symlinks not followed) with its bytes, its link target or "<folder>".
+std::map<std::string, std::string> tree(fs::path const& root) {
+    std::map<std::string, std::string> entries;
+    for (auto const& entry : fs::recursive_directory_iterator(root)) {
+        std::string const name = entry.path().lexically_relative(root).string();
+        if (entry.is_symlink())
+            entries[name] = "-> " + fs::read_symlink(entry.path()).string();
+        else if (entry.is_directory())
+            entries[name] = "<folder>";
+        else
+            entries[name] = read(entry.path());
+    }
+    return entries;
+}
+
+/// Names beside `output` that a build leaves while at work (".NAME.refpage-XXXXXX").
+std::vector<std::string> stagingFolders(fs::path const& output) {
+    std::vector<std::string> found;
+    for (auto const& entry : fs::directory_iterator(output.parent_path()))
+        if (contains(entry.path().filename().string(), ".refpage-")) found.push_back(entry.path().filename().string());
+    return found;
+}
+
+std::string page(std::string const& name, std::string const& href, std::string const& rest = "") {
+    return fmt::format(R"({{"Href": "{}", "RefEntities": [{{"Name": "{}"}}], "PackageName": "p"{}}})", href, name, rest);
+}
+
+class SiteOutput : public ::testing::Test {
+protected:
+    void SetUp() override {
+        scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Url": "ref/b.html"}])"));
+        scratch_.write("pages/b.json", page("p.b", "ref/b.html"));
+    }
+    fs::path at(std::string const& name) const { return scratch_ / name; }
+    std::string pages() const { return at("pages").string(); }
+    ScratchFolder scratch_;
+};
+
+TEST_F(SiteOutput, SymlinksPlantedInAnOldSiteAreReplacedNeverFollowed) {
+    expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
+    scratch_.write("victim.html", "victim");
+    fs::create_directories(at("outside"));
+    fs::remove(at("site/index.html"));
+    fs::create_symlink(at("victim.html"), at("site/index.html"));
+    fs::remove_all(at("site/_site"));
+    fs::create_directory_symlink(at("outside"), at("site/_site"));
+    expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
+    EXPECT_EQ(read(at("victim.html")), "victim");
+    EXPECT_TRUE(fs::is_empty(at("outside")));
+    EXPECT_FALSE(fs::is_symlink(at("site/index.html")));
+    EXPECT_TRUE(contains(read(at("site/index.html")), "<!DOCTYPE html>"));
+    EXPECT_TRUE(fs::is_regular_file(at("site/_site/style.css")) && !fs::is_symlink(at("site/_site")));
+}
+
+TEST_F(SiteOutput, AFailureOfAPageOrTheTemplatesLeavesTheOldOutputAsItWas) {
+    expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
+    expectRun("-q docset " + pages() + " -o " + at("D.docset").string() + " --name D", 0);
+    auto const siteBefore = tree(at("site"));
+    auto const docsetBefore = tree(at("D.docset"));
+    scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"(, "Purpose": "changed")"));
+    expectRun("site " + pages() + " -o " + at("site").string() + " --templates " + at("none").string(), 1,
+              {"no such templates folder", "nothing written"});
+    scratch_.write("pages/c.json", "{");
+    expectRun("site " + pages() + " -o " + at("site").string(), 1, {"c.json:1:2: error", "nothing written"});
+    expectRun("docset " + pages() + " -o " + at("D.docset").string() + " --name D", 1, {"nothing written"});
+    EXPECT_EQ(tree(at("site")), siteBefore);
+    EXPECT_EQ(tree(at("D.docset")), docsetBefore);
+    EXPECT_TRUE(stagingFolders(at("site")).empty());
+}
+
+TEST_F(SiteOutput, AFullDiskLeavesTheOldSiteAndSaysWhyOnce) {
+    expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
+    auto const before = tree(at("site"));
+    pagegen::writeDocSet(at("many"), pagegen::generateDocSet({.seed = 5, .pages = 200}));
+    // A file size limit stands in for a full disk: every page after the first large one fails.
+    auto const run = testvalues::runShell(fmt::format("trap '' XFSZ; ulimit -f 16; {} site {} -o {} 2>&1",
+                                                      REFPAGE_BINARY, at("many").string(), at("site").string()));
+    EXPECT_EQ(run.status, 1) << run.output;
+    std::size_t reasons = 0;
+    for (std::size_t at = run.output.find("cannot write"); at != std::string::npos;
+         at = run.output.find("cannot write", at + 1))
+        ++reasons;
+    EXPECT_EQ(reasons, 1u) << "one cause, said once: " << run.output;
+    EXPECT_TRUE(contains(run.output, "File too large")) << run.output;
+    EXPECT_EQ(tree(at("site")), before);
+    EXPECT_TRUE(stagingFolders(at("site")).empty());
+}
+
+TEST_F(SiteOutput, AFolderTheToolDidNotWriteAndTheInputAreNeverTheOutput) {
+    scratch_.write("mine/notes.txt", "my notes");
+    expectRun("site " + pages() + " -o " + at("mine").string(), 1, {"mine"});
+    EXPECT_EQ(tree(at("mine")), (std::map<std::string, std::string>{{"notes.txt", "my notes"}}));
+    expectRun("docset " + pages() + " -o " + at("pages/D.docset").string() + " --name D", 1, {"lies inside the input"});
+    expectRun("site " + pages() + " -o " + pages(), 1);
+    EXPECT_EQ(tree(at("pages")).size(), 2u);
+    expectRun("-q check " + pages(), 0);
+}
+
+TEST_F(SiteOutput, EveryPageGetsAFileWhateverItsHrefAndTheHomePageStaysAFile) {
+    scratch_.write("pages/c.json", page("p.c", "index.html/x.html"));
+    scratch_.write("pages/d.json", page("p.d", "ref/a.html/c.html"));
+    scratch_.write("pages/e.json", page("p.e", "ref/" + std::string(300, 'e') + ".html"));
+    scratch_.write("pages/f.json", page("p.f", "_site/style.css.html"));
+    auto const run = expectRun("site " + pages() + " -o " + at("site").string(), 0,
+                               {"6 pages written", "4 pages moved"});
+    EXPECT_TRUE(fs::is_regular_file(at("site/index.html")));
+    EXPECT_TRUE(fs::is_regular_file(at("site/ref/a.html")));
+    for (char const* name : {"p.c", "p.d", "p.e", "p.f"})
+        EXPECT_TRUE(fs::is_regular_file(at("site/pages") / (std::string(name) + ".html"))) << name << run.output;
+}
+
+TEST_F(SiteOutput, NothingOfTheBuildingMachinesFilesIsPublished) {
+    expectRun("-q docset " + pages() + " -o " + at("D.docset").string() + " --name D", 0);
+    expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
+    std::string const machine = scratch_.path().string();
+    for (auto const& [name, bytes] : tree(at("site"))) EXPECT_FALSE(contains(bytes, machine)) << name;
+    for (auto const& [name, bytes] : tree(at("D.docset"))) EXPECT_FALSE(contains(bytes, machine)) << name;
+}
+
+TEST_F(SiteOutput, ADocsetIndexIsReadableByOthersUnderTheUsualUmask) {
+    auto const run = testvalues::runShell(fmt::format("umask 022 && {} -q docset {} -o {} --name D 2>&1", REFPAGE_BINARY,
+                                                      pages(), at("D.docset").string()));
+    ASSERT_EQ(run.status, 0) << run.output;
+    struct stat status {};
+    ASSERT_EQ(::stat(at("D.docset/Contents/Resources/docSet.dsidx").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0644u);
+    ASSERT_EQ(::stat(at("D.docset").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777, 0755u);
+}
+
+TEST_F(SiteOutput, AnInterruptedSiteLeavesTheOldOneAndNoStagingFolder) {
+    expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
+    auto const before = tree(at("site"));
+    pagegen::writeDocSet(at("many"), pagegen::generateDocSet({.seed = 4, .pages = 3000}));
+    int interrupted = 0;
+    for (int signal : {SIGTERM, SIGINT}) {
+        pid_t const child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            ::execl(REFPAGE_BINARY, REFPAGE_BINARY, "-q", "site", at("many").c_str(), "-o", at("site").c_str(),
+                    static_cast<char*>(nullptr));
+            ::_exit(127);
+        }
+        // Interrupt once the staging folder exists, or give up when the build ends first.
+        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+        int status = 0;
+        bool exited = false;
+        while (!exited && stagingFolders(at("site")).empty() && std::chrono::steady_clock::now() < until)
+            exited = ::waitpid(child, &status, WNOHANG) == child;
+        if (!exited) {
+            ++interrupted;
+            ::kill(child, signal);
+            ::waitpid(child, &status, 0);
+            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << "signal " << signal;
+            EXPECT_EQ(tree(at("site")), before);
+        }
+        EXPECT_TRUE(stagingFolders(at("site")).empty()) << "signal " << signal;
+    }
+    EXPECT_GT(interrupted, 0) << "every build ended before it could be interrupted";
+}
+
+}  // namespace

@@ -154,6 +154,7 @@ TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
     EXPECT_EQ(four.inputOf, one.inputOf);
     EXPECT_EQ(four.failed, 10u);
     EXPECT_TRUE(four.set.pages() == one.set.pages());
+    EXPECT_EQ(described(four.set.check(4)), described(one.set.check(1))) << "the set's check on threads";
     ASSERT_EQ(four.diagnostics.size(), inputs.size());
     for (std::size_t i = 0; i < inputs.size(); ++i) {
         ASSERT_EQ(one.diagnostics[i].errors.size(), four.diagnostics[i].errors.size()) << i;

@@ -49,7 +49,7 @@ private:
 /// when quiet and not strict); the summary's part for them, as ", 3 unresolved links, 0 shared
 /// Hrefs, 1 duplicate name".
 std::string checkDocSet(DocSet const& set, GlobalOptions const& global, std::size_t& findings) {
-    DocSetReport const report = set.check();
+    DocSetReport const report = set.check(global.jobs);
     PageErrors where;
     for (auto const& finding : report.findings) where.push_back(finding.where);
     if (global.strict)

@@ -5,6 +5,7 @@
 #include <iterator>
 #include <refpage/docset/DocSet.hpp>
 #include <refpage/support/Escape.hpp>
+#include <refpage/support/Parallel.hpp>
 #include <unordered_map>
 #include <utility>
 
@@ -83,23 +84,35 @@ LinkTarget DocSet::resolve(std::string_view link) const {
     return target;
 }
 
-DocSetReport DocSet::check() const {
-    std::unordered_map<std::string_view, FirstPlaces> names;
-    DocSetReport report;
-    for (std::size_t p = 0; p < pages_.size(); ++p) {
+DocSetReport DocSet::check(unsigned jobs) const {
+    // Shared Hrefs and links need only the page and the set's Hrefs: each page on its own,
+    // on the threads. Duplicate names need the pages in order: one pass over them.
+    struct PageFindings {
+        std::vector<DocSetFinding> href, names, links;
+    };
+    std::vector<PageFindings> perPage(pages_.size());
+    auto const finding = [this](std::size_t p, DocSetIssue issue, std::string pointer, std::string message) {
+        return DocSetFinding{issue, PageError{pages_[p].source, std::move(pointer), std::move(message)}};
+    };
+    forEachIndex(pages_.size(), jobs, [&](std::size_t p) {
         PageSummary const& page = pages_[p];
-        auto const add = [&](DocSetIssue issue, std::string pointer, std::string message) {
-            report.findings.push_back({issue, PageError{page.source, std::move(pointer), std::move(message)}});
-        };
-
         if (auto const part = pagePart(page.href); !part.empty()) {
             std::size_t const first = byHref_.at(std::string(part));
             if (first != p)
-                add(DocSetIssue::SharedHref, "/Href",
-                    fmt::format("Href {} is also the Href of {}", refpage::quoted(page.href),
-                                refpage::quoted(pages_[first].source)));
+                perPage[p].href.push_back(finding(p, DocSetIssue::SharedHref, "/Href",
+                                                  fmt::format("Href {} is also the Href of {}", refpage::quoted(page.href),
+                                                              refpage::quoted(pages_[first].source))));
         }
+        for (auto const& link : page.links)
+            if (resolve(link.text).kind == LinkTarget::Kind::Unresolved)
+                perPage[p].links.push_back(finding(p, DocSetIssue::UnresolvedLink, link.pointer,
+                                                   fmt::format("link {} leads to no page of the set",
+                                                               refpage::quoted(link.text))));
+    });
 
+    std::unordered_map<std::string_view, FirstPlaces> names;
+    for (std::size_t p = 0; p < pages_.size(); ++p) {
+        PageSummary const& page = pages_[p];
         for (std::size_t e = 0; e < page.entities.size(); ++e) {
             EntitySummary const& entity = page.entities[e];
             if (entity.name.empty()) continue;
@@ -117,15 +130,16 @@ DocSetReport DocSet::check() const {
             } else {
                 continue;
             }
-            add(DocSetIssue::DuplicateName, fmt::format("/RefEntities/{}/Name", e),
-                fmt::format("entity name {} is also documented by {}", refpage::quoted(entity.name), where));
+            perPage[p].names.push_back(finding(p, DocSetIssue::DuplicateName, fmt::format("/RefEntities/{}/Name", e),
+                                               fmt::format("entity name {} is also documented by {}",
+                                                           refpage::quoted(entity.name), where)));
         }
-
-        for (auto const& link : page.links)
-            if (resolve(link.text).kind == LinkTarget::Kind::Unresolved)
-                add(DocSetIssue::UnresolvedLink, link.pointer,
-                    fmt::format("link {} leads to no page of the set", refpage::quoted(link.text)));
     }
+
+    DocSetReport report;
+    for (auto& page : perPage)
+        for (auto* part : {&page.href, &page.names, &page.links})
+            std::move(part->begin(), part->end(), std::back_inserter(report.findings));
     return report;
 }
 

@@ -63,8 +63,9 @@ public:
 
     /// Every cross-page finding: links that resolve to no page, pages sharing one Href, and
     /// entity names documented by several pages, or twice with one entity type on one page (a
-    /// class and its constructor share a name by design). Time is linear in the set's size.
-    DocSetReport check() const;
+    /// class and its constructor share a name by design). Time is linear in the set's size; the
+    /// work of each page runs on up to `jobs` threads (0: one per core), the report the same on any.
+    DocSetReport check(unsigned jobs = 1) const;
 
 private:
     std::vector<PageSummary> pages_;

@@ -140,6 +140,27 @@ TEST_F(PageFormat, WrittenPagesLoadBackToEqualPagesAndTheSameText) {
     }
 }
 
+TEST_F(PageFormat, ALargePageWrittenInPiecesIsExactlyItsWholeText) {
+    LoadResult const loaded = loadGood(std::string(R"({"InputGroups": [{"Inputs": [)") +
+                                       [] {
+                                           std::string inputs;
+                                           for (int i = 0; i < 3000; ++i)
+                                               inputs += (i == 0 ? "" : ",") + std::string(R"({"Name": "argument é"})");
+                                           return inputs;
+                                       }() +
+                                       "]}]}");
+    ASSERT_TRUE(loaded.ok());
+    std::vector<std::string> pieces;
+    refpage::writePageText(loaded.page.get(), [&](std::string_view piece) { pieces.emplace_back(piece); });
+    EXPECT_GT(pieces.size(), 2u);
+    std::string joined;
+    for (auto const& piece : pieces) {
+        EXPECT_LE(piece.size(), std::size_t{80} << 10) << "a piece is about 64 KiB";
+        joined += piece;
+    }
+    EXPECT_EQ(joined, refpage::pageText(loaded.page.get()));
+}
+
 std::string withThirdInput(std::string const& member) {
     return R"({"InputGroups": [{"Inputs": [{}, {}, {)" + member + "}]}]}";
 }

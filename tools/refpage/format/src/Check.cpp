@@ -237,11 +237,28 @@ public:
 
         stage_ = "writing the page out and reading it again";
         report_.comparisons.push_back(reloaded);
-        std::string const written = pageText(loaded.page.get(), text.size());
-        // A page already in the written form was read from this very text, and that reading
-        // equals the page: reading it again would repeat the first parse.
-        bool const inWrittenForm = text.starts_with(written) &&
-                                   text.find_first_not_of(" \t\n\r", written.size()) == std::string_view::npos;
+        // The page is written out piece by piece, each piece compared with the text it was read
+        // from as it comes. A page already in the written form was read from this very text, and
+        // that reading equals the page: nothing of the written text is kept or read again. Only
+        // when the two part is the written text kept (its start is the text's), to be read again.
+        std::string written;
+        std::size_t matched = 0;
+        bool parted = false;
+        writePageText(loaded.page.get(), [&](std::string_view piece) {
+            if (!parted) {
+                if (text.substr(matched, piece.size()) == piece) {
+                    matched += piece.size();
+                    return;
+                }
+                parted = true;
+                written.reserve(text.size() + text.size() / 8);
+                written.assign(text.substr(0, matched));
+            }
+            written += piece;
+        });
+        bool const inWrittenForm =
+            !parted && text.find_first_not_of(" \t\n\r", matched) == std::string_view::npos;
+        if (!inWrittenForm && !parted) written.assign(text.substr(0, matched));
         if (owned != nullptr) {
             std::string().swap(*owned);
             text = {};

@@ -4,6 +4,7 @@
 #include <ovrin/array.hpp>
 #include <reference/glue/Properties.hpp>
 #include <refpage/format/Writer.hpp>
+#include <refpage/support/FunctionRef.hpp>
 #include <algorithm>
 #include <optional>
 #include <span>
@@ -53,6 +54,15 @@ private:
 class PageTextWriter {
 public:
     explicit PageTextWriter(std::size_t sizeHint) { out_.reserve(sizeHint); }
+    /// Hands the text to `sink` in pieces of about `piece` bytes as it is written, keeping no more.
+    PageTextWriter(FunctionRef<void(std::string_view)> sink, std::size_t piece) : sink_(sink), piece_(piece) {
+        out_.reserve(piece + piece / 4);
+    }
+    /// What is written and not yet handed to the sink goes to it.
+    void flush() {
+        if (sink_ && !out_.empty()) (*sink_)(out_);
+        out_.clear();
+    }
     /// The text, its spare capacity released when that is more than a quarter.
     std::string take() {
         if (out_.capacity() - out_.size() > out_.size() / 4) out_.shrink_to_fit();
@@ -71,6 +81,7 @@ public:
             out_ += entry.word;
             out_ += "\": ";
             value(source, entry, level + 1);
+            if (sink_ && out_.size() >= piece_) flush();
         }
         newLine(level);
         out_ += '}';
@@ -158,6 +169,8 @@ private:
     }
 
     std::string out_;
+    std::optional<FunctionRef<void(std::string_view)>> sink_;  ///< when set, where the text goes piece by piece
+    std::size_t piece_ = 0;
 };
 
 }  // namespace
@@ -166,6 +179,12 @@ std::string pageText(oxArray_tag const* page, std::size_t sizeHint) {
     PageTextWriter writer(sizeHint);
     writer.record(hostRecord(page), 0);
     return writer.take();
+}
+
+void writePageText(oxArray_tag const* page, FunctionRef<void(std::string_view)> sink) {
+    PageTextWriter writer(sink, std::size_t{1} << 16);
+    writer.record(hostRecord(page), 0);
+    writer.flush();
 }
 
 }  // namespace refpage

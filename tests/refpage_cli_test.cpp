@@ -7,9 +7,11 @@
 #include <fstream>
 #include <reference/glue/Enumerations.hpp>
 #include <refpage/format/Json.hpp>
+#include <refpage/terminal/DisplayWidth.hpp>
 #include <regex>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "support/ToolRun.hpp"
 
@@ -20,6 +22,7 @@ using testvalues::data;
 using testvalues::expectRun;
 using testvalues::refpage;
 using testvalues::ToolRun;
+using namespace std::string_literals;
 
 std::string readFile(std::filesystem::path const& file) {
     std::ostringstream text;
@@ -166,6 +169,63 @@ TEST(RefpageTool, AFailedWriteIsAnErrorWithStatusOneAndAClosedPipeAQuietDeathUnl
               "refpage: cannot write the output: Broken pipe\nstatus 1\n");
     EXPECT_EQ(testvalues::runShell("bash -c '{ sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1").output,
               "status 141\n") << "killed by SIGPIPE, nothing said";
+}
+
+/// The lines of `text`.
+std::vector<std::string> lines(std::string const& text) {
+    std::vector<std::string> result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) result.push_back(line);
+    return result;
+}
+
+/// The terminal column where `part` starts in `line`.
+std::size_t columnOf(std::string const& line, std::string const& part) {
+    return refpage::displayWidth(line.substr(0, line.find(part)));
+}
+
+TEST(RefpageTool, EveryHostilePageOfAFolderIsReportedAndTheRunEndsWithOne) {
+    testvalues::ScratchFolder const folder;
+    folder.write("deep.json", R"({"Href":)" + std::string(48000, '[') + std::string(48000, ']') + "}");
+    folder.write("nul.json", "{}\0junk"s);
+    folder.write("utf16.json", "\xFF\xFE{\0}\0"s);
+    folder.write("good.json", R"({"Purpose": "\u001b]0;pwned\u0007"})");
+    testvalues::ToolRun const run = testvalues::refpage("check " + folder.path().string());
+    EXPECT_EQ(run.status, 1) << "-1 is a signal: " << run.output;
+    for (char const* line : {"deep.json:1:72: error: nesting deeper than 64 levels [/Href]",
+                             "nul.json:1:3: error: malformed JSON: a NUL byte after the page's value",
+                             "utf16.json:1:1: error: file is UTF-16 (little-endian), pages must be UTF-8",
+                             "4 pages, 3 failed"})
+        EXPECT_TRUE(testvalues::contains(run.output, line)) << line << "\n" << run.output;
+}
+
+TEST(RefpageTool, ShowPageTextCannotReachTheTerminalRawAndWideCharactersLineUp) {
+    testvalues::ScratchFolder const folder;
+    auto const attack = folder.write("attack.json", R"({
+ "RefEntities": [{"Name": "gr\u00fc\u00dfe\u001b[2J"}],
+ "Purpose": "\u001b]0;pwned\u0007\u001b[31m red \u009b1m \u202e",
+ "InputGroups": [{"Inputs": [{"Name": "x\u001b[1m", "Purpose": "in a table\u0007"}]}]
+})");
+    std::string const shown = testvalues::expectRun("show " + attack.string(), 0, {
+        "\\x1b]0;pwned\\x07\\x1b[31m red \\x9b1m \\u202e\n", "gr\u00fc\u00dfe\\x1b[2J\n" /* valid UTF-8 as itself */,
+        "x\\x1b[1m  ", "in a table\\x07"}).output;
+    for (std::string const control : {"\x1b", "\x07", "\u009b"}) EXPECT_FALSE(contains(shown, control)) << shown;
+
+    auto const wide = folder.write("wide.json", R"({"InputGroups": [{"Title": "Eingaben \u00fc", "Inputs": [
+  {"Name": "\u5165\u529b", "Purpose": "wide"},
+  {"Name": "n\u0303", "Purpose": "combining"},
+  {"Name": "\ud83d\ude00 smile", "Purpose": "emoji"},
+  {"Name": "ok", "Purpose": "ascii"}]}]})");
+    std::vector<std::string> const table = lines(
+        testvalues::expectRun("show " + wide.string(), 0, {"Eingaben \u00fc\n----------\n" /* as wide as the title */})
+            .output);
+    auto const column = [&](std::string const& part) {
+        for (auto const& line : table)
+            if (contains(line, part)) return columnOf(line, part);
+        return std::string::npos;
+    };
+    ASSERT_NE(column("wide"), std::string::npos);
+    for (char const* purpose : {"combining", "ascii", "emoji"}) EXPECT_EQ(column(purpose), column("wide")) << purpose;
 }
 
 }  // namespace

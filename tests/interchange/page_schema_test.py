@@ -15,7 +15,7 @@ import sys
 import tempfile
 
 # Pages the reader refuses for their structure (refpage --strict check fails each), as in
-# tests/page_format_test.cpp. Not here, as no JSON Schema can tell: a key given twice, and
+# tests/format_parse_test.cpp. Not here, as no JSON Schema can tell: a key given twice, and
 # 1.0 for an enumeration (an integer to JSON Schema).
 BAD_PAGES = {
     "unknown-page-key": {"Titel": ""},

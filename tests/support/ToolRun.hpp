@@ -1,5 +1,5 @@
-// Running the built refpage tool through the shell, and scratch folders for its
-// inputs. For the tests that know REFPAGE_BINARY.
+// Running the built refpage tool through the shell. For the tests that know
+// REFPAGE_BINARY (declared with TOOL in tests/CMakeLists.txt).
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,11 +8,11 @@
 
 #include <array>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "support/Files.hpp"
 
 namespace testvalues {
 
@@ -40,10 +40,6 @@ inline ToolRun refpage(std::string const& arguments, std::string const& streams 
     return runShell(std::string(REFPAGE_BINARY) + " " + arguments + " " + streams);
 }
 
-inline bool contains(std::string_view text, std::string_view part) {
-    return text.find(part) != std::string_view::npos;
-}
-
 /// Runs the tool as `refpage` does and checks that it exits with `status` and that its output
 /// holds each of `parts`; returns the run for further checks.
 inline ToolRun expectRun(std::string const& arguments, int status, std::vector<std::string> const& parts = {},
@@ -54,43 +50,5 @@ inline ToolRun expectRun(std::string const& arguments, int status, std::vector<s
         EXPECT_TRUE(contains(run.output, part)) << "refpage " << arguments << "\nlacks: " << part << "\n" << run.output;
     return run;
 }
-
-/// A test page file of tests/data.
-inline std::string data(std::string const& name) {
-    return std::string(REFPAGE_TEST_DATA) + "/" + name;
-}
-
-/// A fresh folder under the system's temporary folder, removed with everything in it.
-class ScratchFolder {
-public:
-    ScratchFolder() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "refpage-test-XXXXXX").string();
-        if (mkdtemp(pattern.data()) != nullptr) path_ = pattern;
-    }
-    ScratchFolder(ScratchFolder const&) = delete;
-    ScratchFolder& operator=(ScratchFolder const&) = delete;
-    ~ScratchFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-
-    std::filesystem::path const& path() const noexcept { return path_; }
-    std::filesystem::path operator/(std::string const& name) const { return path_ / name; }
-
-    /// Writes `text` to `name` inside the folder, making its parent folders.
-    std::filesystem::path write(std::string const& name, std::string_view text) const {
-        std::filesystem::path const file = path_ / name;
-        std::filesystem::create_directories(file.parent_path());
-        std::ofstream(file, std::ios::binary) << text;
-        return file;
-    }
-
-private:
-    std::filesystem::path path_;
-};
-
-/// The smallest page that loads.
-inline constexpr std::string_view minimalPage =
-    R"({"Href": "demo/small.html", "RefEntities": [{"Name": "demo.small"}]})";
 
 }  // namespace testvalues

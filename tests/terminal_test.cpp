@@ -1,5 +1,5 @@
 // What `show` and the tables put on a terminal: widths in terminal columns, cut
-// cells within their width, lines and indentation kept, page text escaped.
+// cells within their width, lines and indentation kept.
 #include <gtest/gtest.h>
 
 #include <refpage/terminal/DisplayWidth.hpp>
@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "support/HostTest.hpp"
-#include "support/ToolRun.hpp"
+#include "support/Files.hpp"
 
 namespace {
 
@@ -27,11 +27,6 @@ std::vector<std::string> lines(std::string const& text) {
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) result.push_back(line);
     return result;
-}
-
-/// The terminal column where `part` starts in `line`.
-std::size_t columnOf(std::string const& line, std::string const& part) {
-    return displayWidth(line.substr(0, line.find(part)));
 }
 
 TEST(DisplayWidth, CountsTerminalColumnsPerGraphemeCluster) {
@@ -100,35 +95,6 @@ TEST_F(PageDisplay, DescriptionLinesKeepTheirIndentationUnderTheHeading) {
     EXPECT_TRUE(contains(shown, "\nOne.\nTwo.\n")) << shown;
     EXPECT_TRUE(contains(shown, "Description\n-----------\n  Adds numbers.\n\n      add(1, 2)\n    returns 3\n"))
         << shown;
-}
-
-TEST(RefpageShow, PageTextCannotReachTheTerminalRawAndWideCharactersLineUp) {
-    testvalues::ScratchFolder const folder;
-    auto const attack = folder.write("attack.json", R"({
- "RefEntities": [{"Name": "gr\u00fc\u00dfe\u001b[2J"}],
- "Purpose": "\u001b]0;pwned\u0007\u001b[31m red \u009b1m \u202e",
- "InputGroups": [{"Inputs": [{"Name": "x\u001b[1m", "Purpose": "in a table\u0007"}]}]
-})");
-    std::string const shown = testvalues::expectRun("show " + attack.string(), 0, {
-        "\\x1b]0;pwned\\x07\\x1b[31m red \\x9b1m \\u202e\n", "gr\u00fc\u00dfe\\x1b[2J\n" /* valid UTF-8 as itself */,
-        "x\\x1b[1m  ", "in a table\\x07"}).output;
-    for (std::string const control : {"\x1b", "\x07", "\u009b"}) EXPECT_FALSE(contains(shown, control)) << shown;
-
-    auto const wide = folder.write("wide.json", R"({"InputGroups": [{"Title": "Eingaben \u00fc", "Inputs": [
-  {"Name": "\u5165\u529b", "Purpose": "wide"},
-  {"Name": "n\u0303", "Purpose": "combining"},
-  {"Name": "\ud83d\ude00 smile", "Purpose": "emoji"},
-  {"Name": "ok", "Purpose": "ascii"}]}]})");
-    std::vector<std::string> const table = lines(
-        testvalues::expectRun("show " + wide.string(), 0, {"Eingaben \u00fc\n----------\n" /* as wide as the title */})
-            .output);
-    auto const column = [&](std::string const& part) {
-        for (auto const& line : table)
-            if (contains(line, part)) return columnOf(line, part);
-        return std::string::npos;
-    };
-    ASSERT_NE(column("wide"), std::string::npos);
-    for (char const* purpose : {"combining", "ascii", "emoji"}) EXPECT_EQ(column(purpose), column("wide")) << purpose;
 }
 
 }  // namespace

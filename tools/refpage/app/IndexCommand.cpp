@@ -1,18 +1,14 @@
 #include <fmt/format.h>
 
-#include <chrono>
 #include <memory>
+#include <optional>
 #include <refpage/docset/LookupIndex.hpp>
-#include <refpage/docset/LoadSet.hpp>
-#include <refpage/support/AtomicFile.hpp>
-#include <refpage/support/Escape.hpp>
-#include <refpage/support/OutputOverlap.hpp>
 #include <string>
 #include <vector>
 
 #include "Commands.hpp"
-#include "Diagnostics.hpp"
 #include "NamedPages.hpp"
+#include "SetOutput.hpp"
 
 namespace refpage {
 
@@ -24,27 +20,15 @@ struct IndexOptions {
 };
 
 int index(IndexOptions const& options, GlobalOptions const& global) {
-    auto const start = std::chrono::steady_clock::now();
     if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
-    if (auto const overlap = outputOverlapsInput(options.output, options.paths)) throw FileError(*overlap);
-    requireReplaceableFile(options.output);  // a device or folder at -o is refused before pages are read
-    std::vector<PageInput> const inputs = namedInputs(options.paths);
-    LoadedSet const loaded = loadDocSet(inputs, global.jobs, LoadOptions{global.strict});
-    printLoadDiagnostics(loaded, global.quiet);
-    if (loaded.failed != 0) {
-        fmt::print(stderr, "{} pages, {} failed: {} left as it was\n", inputs.size(), loaded.failed,
-                   displayable(options.output));
-        return exitFailed;
-    }
-    std::vector<LookupEntry> const entries = lookupEntries(loaded.set);
+    std::optional<SetForFile> const set = loadSetForFile(options.paths, options.output, global);
+    if (!set) return exitFailed;
+    std::vector<LookupEntry> const entries = lookupEntries(set->loaded.set);
     writeLookupIndex(options.output, entries);
-    std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
-    if (!global.quiet)
-        fmt::print("{} pages, {} entries written to {} ({:.2f} s)\n", inputs.size(), entries.size(),
-                   displayable(options.output), elapsed.count());
+    printWritten(*set, entries.size(), options.output, global);
     return exitOk;
 }
 

@@ -1,21 +1,19 @@
 #include <fmt/format.h>
 
-#include <chrono>
 #include <memory>
+#include <optional>
 #include <refpage/docset/DocSet.hpp>
 #include <refpage/docset/LookupIndex.hpp>
-#include <refpage/docset/LoadSet.hpp>
 #include <refpage/interchange/InventoryWriter.hpp>
 #include <refpage/site/Site.hpp>
 #include <refpage/support/AtomicFile.hpp>
-#include <refpage/support/Escape.hpp>
 #include <span>
 #include <string>
 #include <vector>
 
 #include "Commands.hpp"
-#include "Diagnostics.hpp"
 #include "NamedPages.hpp"
+#include "SetOutput.hpp"
 
 namespace refpage {
 
@@ -34,33 +32,19 @@ std::vector<InventoryEntry> siteInventoryEntries(DocSet const& set) {
 }
 
 int inventory(InventoryCommandOptions const& options, GlobalOptions const& global) {
-    auto const start = std::chrono::steady_clock::now();
     if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
         fmt::print(stderr, "refpage: {}\n", usage);
         return exitUsage;
     }
-    std::vector<PageInput> const inputs = namedInputs(options.paths);
-    LoadedSet const loaded = loadDocSet(inputs, global.jobs, LoadOptions{global.strict});
-    printLoadDiagnostics(loaded, global.quiet);
-    if (inputs.empty()) {
-        fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
-        return exitFailed;
-    }
-    if (loaded.failed != 0) {
-        fmt::print(stderr, "{} pages, {} failed: {} left as it was\n", inputs.size(), loaded.failed,
-                   displayable(options.output));
-        return exitFailed;
-    }
-    std::vector<InventoryEntry> const entries = siteInventoryEntries(loaded.set);
+    std::optional<SetForFile> const set = loadSetForFile(options.paths, options.output, global);
+    if (!set) return exitFailed;
+    std::vector<InventoryEntry> const entries = siteInventoryEntries(set->loaded.set);
     std::string error;
     if (!replaceFile(options.output, inventoryBytes(entries, options.inventory), error)) {
         fmt::print(stderr, "error: {}\n", error);
         return exitFailed;
     }
-    std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
-    if (!global.quiet)
-        fmt::print("{} pages, {} entries written to {} ({:.2f} s)\n", inputs.size(), entries.size(),
-                   displayable(options.output), elapsed.count());
+    printWritten(*set, entries.size(), options.output, global);
     return exitOk;
 }
 

@@ -14,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <pagegen/PageGen.hpp>
-#include <reference/property/RecordProducer.hpp>
 #include <refpage/docset/LookupIndex.hpp>
 #include <sstream>
 #include <string>
@@ -246,22 +245,6 @@ TEST_F(CraftedIndex, AQueryPastTheTimeLimitIsGivenUpWithAnError) {
         EXPECT_TRUE(contains(e.what(), "longer than 1 ms")) << e.what();
     }
     EXPECT_EQ(refpage::LookupIndex::open(file_).find("n299999").size(), 1u) << "the default bound is ample";
-}
-
-TEST(LookupIndexFile, TheBytesBuiltInMemoryAreAnIndexFindReads) {
-    using namespace reference::property;
-    std::vector<refpage::LookupEntry> entries;
-    for (char16_t const* name : {u"pkg.sort", u"pkg.argsort"})
-        entries.push_back({RecordProducer::makeRefItemLookup(name, RefEntityType::Function, u"Sorts.", false,
-                                                             u"ref/sort.html", FunctionType::getDefaultValue()),
-                           0, "sort.json"});
-    ScratchFolder scratch;
-    fs::path const file = scratch.write("docSet.dsidx", refpage::lookupIndexFile(entries));
-    auto const index = refpage::LookupIndex::open(file);
-    EXPECT_EQ(index.size(), 2u);
-    EXPECT_EQ(index.find("sorts").size(), 2u) << "the full-text table came along";
-    ASSERT_EQ(index.find("sort").size(), 1u);
-    EXPECT_EQ(index.find("sort").front().tier, "lastComponent");
 }
 
 }  // namespace

@@ -154,21 +154,6 @@ void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry c
     }
 }
 
-std::string lookupIndexFile(std::span<LookupEntry const> entries) {
-    try {
-        sqlite::Database db(":memory:", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);
-        createSchema(db);
-        fill(db, entries);
-        sqlite3_int64 size = 0;
-        std::unique_ptr<unsigned char, decltype(&sqlite3_free)> const bytes(
-            sqlite3_serialize(db.get(), "main", &size, 0), &sqlite3_free);
-        if (!bytes) throw LookupIndexError("cannot serialise the lookup index: out of memory");
-        return std::string(reinterpret_cast<char const*>(bytes.get()), static_cast<std::size_t>(size));
-    } catch (sqlite::SqliteError const& e) {
-        throw LookupIndexError(fmt::format("cannot build the lookup index: {}", e.what()));
-    }
-}
-
 struct LookupIndex::Impl {
     sqlite::Database db;
     std::chrono::milliseconds timeLimit{0};         ///< per query; 0: none (an index built in memory)

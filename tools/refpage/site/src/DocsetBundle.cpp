@@ -40,9 +40,11 @@ SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> input
     out.writeFile("Contents/Info.plist", docsetInfoPlist(name));
     nlohmann::json const meta{{"name", std::string(name)}, {"title", std::string(name)}};
     out.writeFile("meta.json", meta.dump(1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n");
-    // The docset's index is the lookup index, its paths the pages' places in the site.
+    // The docset's index is the lookup index, its paths the pages' places in the site, written
+    // by SQLite straight into the staging folder.
     try {
-        out.writeFile("Contents/Resources/docSet.dsidx", lookupIndexFile(siteLookupEntries(loaded.set, report.paths)));
+        if (auto const index = out.pathFor("Contents/Resources/docSet.dsidx"))
+            writeLookupIndex(*index, siteLookupEntries(loaded.set, report.paths));
     } catch (std::exception const& e) {
         report.errors.push_back(PageError{(output / "Contents/Resources/docSet.dsidx").string(), {}, e.what()});
     }

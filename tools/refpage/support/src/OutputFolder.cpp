@@ -214,6 +214,22 @@ bool OutputFolder::makeFolder(std::string_view path) noexcept {
     return ensureFolders(path);
 }
 
+std::optional<std::filesystem::path> OutputFolder::pathFor(std::string_view path) noexcept {
+    if (failed() || registration_.interrupted()) return std::nullopt;
+    if (!isSafeOutputPath(path)) {
+        fail(path, "not a safe relative path inside the folder; nothing written", 0);
+        return std::nullopt;
+    }
+    if (auto const slash = path.rfind('/'); slash != std::string_view::npos && !ensureFolders(path.substr(0, slash)))
+        return std::nullopt;
+    try {
+        return staging() / std::filesystem::path(std::u8string(path.begin(), path.end()));
+    } catch (...) {
+        fail(path, "cannot write", ENOMEM);
+        return std::nullopt;
+    }
+}
+
 bool OutputFolder::writeFile(std::string_view path, std::string_view content) noexcept {
     if (failed() || registration_.interrupted()) return false;
     if (!isSafeOutputPath(path)) {

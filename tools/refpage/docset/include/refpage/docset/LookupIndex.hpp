@@ -58,11 +58,6 @@ std::string_view dashEntryType(reference::property::RefEntityType::Value type) n
 /// one transaction, then a rename over `path`. On failure `path` is untouched and the new file removed.
 void writeLookupIndex(std::filesystem::path const& path, std::span<LookupEntry const> entries);
 
-/// The bytes of the index file that writeLookupIndex writes for `entries` (the same schema and
-/// rows), built in memory: for writers that create every file themselves, such as an
-/// OutputFolder (a docset's docSet.dsidx). Throws LookupIndexError when SQLite refuses.
-std::string lookupIndexFile(std::span<LookupEntry const> entries);
-
 /// One ranked match of a query. Texts are UTF-8.
 struct LookupHit {
     std::string name;

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <mutex>
+#include <optional>
 #include <refpage/support/FileDescriptor.hpp>
 #include <refpage/support/TemporaryPaths.hpp>
 #include <shared_mutex>
@@ -59,6 +60,12 @@ public:
 
     /// Makes the folder `path` and its parents, as writeFile makes a file's folders.
     bool makeFolder(std::string_view path) noexcept;
+
+    /// Where the file `path` (relative, '/'-separated) goes in the staging folder, its folders
+    /// made, for a library that writes files by name (SQLite); nullopt, with the failure kept,
+    /// as writeFile refuses. The staging folder is the tool's own (mode 0700 until commit), so
+    /// nothing of anyone else's can stand in the way; the caller writes the file once.
+    std::optional<std::filesystem::path> pathFor(std::string_view path) noexcept;
 
     /// True once a write failed; then commit() throws.
     bool failed() const noexcept { return failed_.load(std::memory_order_acquire); }

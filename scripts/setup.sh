@@ -9,7 +9,7 @@ packages=(
   libboost-dev libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev libfmt-dev libutfcpp-dev
   clang libclang-rt-14-dev valgrind binutils python3
-  libsqlite3-dev sqlite3 libmstch-dev libcmark-dev libutf8proc-dev
+  libsqlite3-dev sqlite3 libcmark-gfm-dev libcmark-gfm-extensions-dev libkainjow-mustache-dev libutf8proc-dev
   help2man dpkg-dev fakeroot pkg-config libxml2-utils
   chromium chromium-driver python3-selenium
 )

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <refpage/support/RelativePath.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,10 +14,6 @@ namespace refpage {
 /// Paths the site writes itself; no page is given one of these.
 inline constexpr std::string_view siteIndexPath = "index.html";
 inline constexpr std::string_view siteAssetFolder = "_site/";
-
-/// `path` when it is a safe relative file path: not empty, not absolute, no ".", ".." or
-/// empty segment, no segment over 200 bytes, no backslash, ':', '?', '#' or control character.
-std::optional<std::string> safeRelativePath(std::string_view path);
 
 /// `href` without its fragment when it is a usable page path: not empty, relative,
 /// no "." or ".." or empty segment, no backslash, no control character, no '?',

@@ -66,12 +66,6 @@ TEST(SiteHtml, UnpairedSurrogatesBecomeReplacementCharacters) {
     EXPECT_EQ(utf8(text), "a\xef\xbf\xbd" "b\xef\xbf\xbd\xf0\x9f\x98\x80\xc3\xa9\xef\xbf\xbd");
 }
 
-TEST(SiteHtml, DescriptionsKeepPreformattedBlocksAndWrapParagraphs) {
-    EXPECT_EQ(descriptionHtml("One\ntwo <b>\n\n  code\n\n  more\n===  ==\n\nEnd\r\n"),
-              "<p>One\ntwo &lt;b&gt;</p>\n<pre>  code\n\n  more\n===  ==</pre>\n<p>End</p>\n");
-    EXPECT_EQ(descriptionHtml("\n \n"), "");
-}
-
 TEST(SiteHtml, OnlyHttpAndHttpsUrlsAreExternalLinks) {
     for (char const* url : {"https://example.org/a?b=1&c", "HTTP://example.org"}) EXPECT_TRUE(isWebUrl(url)) << url;
     for (char const* url : {"javascript:alert(1)", "JavaScript://%0aalert(1)", "data:text/html,x", "//example.org",
@@ -153,8 +147,9 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
     EXPECT_TRUE(contains(out.html, R"(<span class="unresolved">gone</span>)"));
     EXPECT_TRUE(contains(out.html, R"j(<span class="text">js</span>)j"));
     EXPECT_TRUE(contains(out.html, R"(<a href="https://e.org/?a&amp;b" rel="external noopener noreferrer">web</a>)"));
-    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o">o</a>)"));
-    EXPECT_TRUE(contains(out.html, R"(<tr><th scope="row"><a href="#p.a-o">o2</a>)")) << "ids stay unique";
+    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o">o<wbr></a>)"));
+    EXPECT_TRUE(contains(out.html, R"(<tr id="output-o2"><th scope="row"><a href="#p.a-o">o2<wbr></a>)"))
+        << "ids stay unique";
     EXPECT_TRUE(contains(out.html, R"(<div class="example" id="example-1">)"));
     EXPECT_TRUE(contains(out.html, R"(href="../../_site/style.css")"));
     EXPECT_EQ(out.unresolved, std::vector<std::string>{"/SeeAlso/1/Url"});
@@ -194,6 +189,8 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     EXPECT_TRUE(buildSite(inputs, resolver(), options).ok());
     EXPECT_TRUE(errors.empty());
     EXPECT_EQ(read(options.output / "ref" / "n0.html"), "<p>p.n0 é &lt;i&gt;</p>");
+    EXPECT_TRUE(contains(read(options.output / "ref" / "n1.html"), "<p>p.n1 é &lt;i&gt;</p>"))
+        << "compiled once, rendered for every page";
     EXPECT_TRUE(contains(read(options.output / "index.html"), "<!DOCTYPE html>"));
     SiteTemplates::load(templates / "missing", errors);
     EXPECT_EQ(errors.size(), 1u);
@@ -204,13 +201,15 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     add(R"({"Href": "a.html", "RefEntities": [{"Name": "Alpha"}], "PackageName": "zed", "DeprecationStatus": "warn"})");
     add(R"({"Href": "c.html", "RefEntities": [{"Name": "gamma"}]})");
     add(R"({"Href": "d.html", "RefEntities": [{"Name": "delta"}], "PackageName": "abc"})");
-    SiteOptions const options;
-    std::string const html = renderSiteIndex(inputs, {"b.html", "a.html", "c.html", "d.html"}, options);
+    SiteNavigation const navigation(siteSummaries(inputs, {"b.html", "a.html", "c.html", "d.html"}));
+    std::string const html = renderSiteIndex({&navigation, "T", "en", ""}, SiteTemplates::defaults());
     auto at = [&](std::string const& part) { return html.find(part); };
-    EXPECT_LT(at("<h2>abc</h2>"), at("<h2>Zed</h2>"));
-    EXPECT_LT(at("<h2>Zed</h2>"), at("<h2>zed</h2>"));
-    EXPECT_LT(at("<h2>zed</h2>"), at("<h2>Other pages</h2>"));
-    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html">Alpha</a> <span class="badge">deprecated</span>)"));
+    EXPECT_LT(at(R"(<h2 id="package-abc-title">abc)"), at(R"(<h2 id="package-Zed-title">Zed)"));
+    EXPECT_LT(at(R"(<h2 id="package-Zed-title">Zed)"), at(R"(<h2 id="package-zed-title">zed)"));
+    EXPECT_LT(at(R"(<h2 id="package-zed-title">zed)"), at(R"(<h2 id="package-other-title">Other pages)"));
+    EXPECT_TRUE(contains(html, R"(<li><a href="#package-Zed">Zed</a> <span class="count">(1)</span></li>)"))
+        << "a jump link per package";
+    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html">Alpha<wbr></a> <span class="badge">deprecated</span>)"));
 }
 
 TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {

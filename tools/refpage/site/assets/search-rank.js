@@ -1,103 +1,140 @@
-// Ranks the lookup index's entries for a query exactly as `refpage find` does.
-// Pure: no DOM, no framework, no state kept between calls. `data` is the object the
-// lookup index exports (refpageSearchData): its ranking description (tiers in order,
-// BM25 parameters) and its entries in index order, each with its words as the
-// full-text index holds them.
+// Ranks the site's search data for a query exactly as `refpage find` does, reading only
+// the shards the query needs (see Search.hpp for the files). Pure: no DOM, no loading, no
+// state kept between calls; search.js loads the shards that shardsFor names and passes them in.
 //
-// Order: tier (the first one an entry matches), then BM25 in the full-text tier
-// (lower first), then current before deprecated, then shorter names (in characters),
-// then names by code point, then index order.
+// Order: tier (the first one an entry matches), then BM25 in the full-text tier (lower
+// first, over the whole set's statistics), then the entry's `order`: current before
+// deprecated, shorter names (in characters), names by code point, index order.
 (function (root) {
   'use strict';
 
   /** Words of a query as the full-text tokenizer splits them: runs of letters, numbers
-   *  and private-use characters, case folded. */
+   *  and private-use characters, case folded; each word once, in first-seen order too. */
   function queryWords(text) {
     return (text.match(/[\p{L}\p{N}\p{Co}]+/gu) || []).map((word) => word.toLowerCase());
+  }
+
+  /** Trie key of a text: its code points with ASCII A-Z lowered. */
+  function keyOf(text) {
+    return Array.from(text, (c) => (c >= 'A' && c <= 'Z' ? c.toLowerCase() : c));
+  }
+
+  function hexOf(key) {
+    return Array.from(new TextEncoder().encode(key), (b) => b.toString(16).padStart(2, '0')).join('');
+  }
+
+  /** The node of trie `trie` ('n' names, 'l' last components, 'w' words) that holds `text`. */
+  function nodeOf(meta, trie, text) {
+    const points = keyOf(text);
+    if (points.length === 0) return null;
+    if (!meta.splitSets) meta.splitSets = {};
+    if (!meta.splitSets[trie]) meta.splitSets[trie] = new Set(meta.split[trie]);
+    const split = meta.splitSets[trie];
+    let length = 1;
+    while (length < points.length && split.has(points.slice(0, length).join(''))) ++length;
+    return trie + '-' + hexOf(points.slice(0, length).join(''));
   }
 
   function lastComponent(name) {
     return name.slice(name.lastIndexOf('.') + 1);
   }
 
-  /** Compares by code point, as SQLite compares UTF-8 bytes. */
-  function compareCodePoints(a, b) {
-    const x = Array.from(a, (c) => c.codePointAt(0));
-    const y = Array.from(b, (c) => c.codePointAt(0));
-    for (let i = 0; i < Math.min(x.length, y.length); ++i) if (x[i] !== y[i]) return x[i] - y[i];
-    return x.length - y.length;
+  /** The shard files `query` needs, without repeats. */
+  function shardsFor(meta, query) {
+    if (typeof query !== 'string' || query === '') return [];
+    const names = [nodeOf(meta, 'n', query), nodeOf(meta, 'l', query)];
+    for (const word of new Set(queryWords(query))) names.push(nodeOf(meta, 'w', word));
+    return Array.from(new Set(names.filter((name) => name)));
   }
 
-  /** BM25 scores (lower is better) of the entries holding every word, keyed by index; the
-   *  full-text index's own formula, parameters and order of operations. */
-  function fullTextScores(data, words) {
-    const { k1, b, weights } = data.ranking.bm25;
-    const entries = data.entries;
-    const rows = entries.length;
-    let tokens = 0;
-    for (const entry of entries) tokens += entry.words[0].length + entry.words[1].length;
-    const averageLength = tokens / rows;
-    const idf = words.map((word) => {
-      let hits = 0;
-      for (const entry of entries) if (entry.words[0].includes(word) || entry.words[1].includes(word)) ++hits;
-      const value = Math.log((rows - hits + 0.5) / (hits + 0.5));
-      return value <= 0 ? 1e-6 : value;
-    });
+  /** BM25 scores (lower is better) of the entries holding every word, keyed by id, with
+   *  their order; the full-text index's own formula, parameters and order of operations. */
+  function fullTextScores(meta, shards, words) {
+    const { k1, b, weights } = meta.ranking.bm25;
+    const rows = meta.count;
+    const averageLength = meta.tokens / rows;
+    const unique = Array.from(new Set(words));
+    const lists = new Map();
+    for (const word of unique) {
+      const shard = shards[nodeOf(meta, 'w', word)];
+      const list = shard && Object.prototype.hasOwnProperty.call(shard, word) ? shard[word] : [];
+      lists.set(word, list);
+    }
     const scores = new Map();
-    entries.forEach((entry, index) => {
-      const frequencies = words.map(() => 0);
-      entry.words.forEach((column, c) => {
-        for (const token of column)
-          words.forEach((word, i) => {
-            if (token === word) frequencies[i] += weights[c];
-          });
-      });
-      if (frequencies.some((f) => f === 0)) return;
-      const length = entry.words[0].length + entry.words[1].length;
+    if (unique.some((word) => lists.get(word).length === 0)) return scores;
+    const idf = new Map();
+    for (const word of unique) {
+      const hits = lists.get(word).length;
+      const value = Math.log((rows - hits + 0.5) / (hits + 0.5));
+      idf.set(word, value <= 0 ? 1e-6 : value);
+    }
+    // Walk the shortest list; look the others up by id: linear in the postings read.
+    const byLength = unique.slice().sort((x, y) => lists.get(x).length - lists.get(y).length);
+    const maps = byLength.slice(1).map((word) => new Map(lists.get(word).map((p) => [p[0], p])));
+    for (const first of lists.get(byLength[0])) {
+      const postings = new Map([[byLength[0], first]]);
+      let all = true;
+      for (let i = 0; i < maps.length && all; ++i) {
+        const found = maps[i].get(first[0]);
+        if (found) postings.set(byLength[i + 1], found);
+        else all = false;
+      }
+      if (!all) continue;
       let score = 0;
-      words.forEach((_, i) => {
-        score += idf[i] * ((frequencies[i] * (k1 + 1.0)) / (frequencies[i] + k1 * (1 - b + (b * length) / averageLength)));
-      });
-      scores.set(index, -1.0 * score);
-    });
+      for (const word of words) {
+        const p = postings.get(word);
+        const frequency = p[1] * weights[0] + p[2] * weights[1];
+        score += idf.get(word) * ((frequency * (k1 + 1.0)) / (frequency + k1 * (1 - b + (b * p[3]) / averageLength)));
+      }
+      scores.set(first[0], { score: -1.0 * score, order: first[4] });
+    }
     return scores;
   }
 
   /**
-   * The entries `query` matches, best first, at most `limit` (0 or absent: all).
-   * Each hit is { entry, index, tier (the tier's key), score }.
+   * The entries `query` matches, best first, at most `limit` (0 or absent: all that the loaded
+   * shards hold), from `shards` (shard name -> its data; a missing shard holds nothing).
+   * Each hit is { id, tier (the tier's key), score, order }.
    */
-  function rankEntries(data, query, limit) {
+  function rankLoaded(meta, shards, query, limit) {
     if (typeof query !== 'string' || query === '') return [];
-    const words = queryWords(query);
-    const scores = words.length > 0 ? fullTextScores(data, words) : new Map();
-    const tiers = {
-      exactName: (entry) => entry.name === query,
-      lastComponent: (entry) => lastComponent(entry.name) === query,
-      namePrefix: (entry) => entry.name.startsWith(query),
-      fullText: (entry, index) => scores.has(index),
+    const keys = meta.ranking.tiers.map((tier) => tier.key);
+    const best = new Map();
+    const consider = (id, tier, score, order) => {
+      const rank = keys.indexOf(tier);
+      const seen = best.get(id);
+      if (!seen || rank < seen.rank) best.set(id, { id, tier, rank, score, order });
     };
-    const keys = data.ranking.tiers.map((tier) => tier.key);
-    const hits = [];
-    data.entries.forEach((entry, index) => {
-      const tier = keys.findIndex((key) => tiers[key](entry, index));
-      if (tier < 0) return;
-      hits.push({ entry, index, tier: keys[tier], rank: tier, score: scores.has(index) && keys[tier] === 'fullText' ? scores.get(index) : 0 });
-    });
-    hits.sort(
-      (x, y) =>
-        x.rank - y.rank ||
-        x.score - y.score ||
-        Number(x.entry.deprecated) - Number(y.entry.deprecated) ||
-        Array.from(x.entry.name).length - Array.from(y.entry.name).length ||
-        compareCodePoints(x.entry.name, y.entry.name) ||
-        x.index - y.index,
-    );
+    for (const [id, name, order] of shards[nodeOf(meta, 'n', query)] || []) {
+      if (name === query) consider(id, 'exactName', 0, order);
+      else if (name.startsWith(query)) consider(id, 'namePrefix', 0, order);
+    }
+    for (const [id, name, order] of shards[nodeOf(meta, 'l', query)] || [])
+      if (lastComponent(name) === query) consider(id, 'lastComponent', 0, order);
+    const words = queryWords(query);
+    if (words.length > 0)
+      for (const [id, hit] of fullTextScores(meta, shards, words)) consider(id, 'fullText', hit.score, hit.order);
+    const hits = Array.from(best.values());
+    hits.sort((x, y) => x.rank - y.rank || x.score - y.score || x.order - y.order);
     const shown = limit > 0 ? hits.slice(0, limit) : hits;
-    return shown.map(({ entry, index, tier, score }) => ({ entry, index, tier, score }));
+    return shown.map(({ id, tier, score, order }) => ({ id, tier, score, order }));
   }
 
-  const api = { rankEntries, queryWords };
+  /** The entry block files holding `ids`. */
+  function blocksFor(meta, ids) {
+    return Array.from(new Set(ids.map((id) => 'e-' + Math.floor(id / meta.blockSize))));
+  }
+
+  /** The entry `id` from loaded blocks: { name, type, entityType, functionType, purpose, deprecated, path }. */
+  function entryOf(meta, shards, id) {
+    const block = shards['e-' + Math.floor(id / meta.blockSize)];
+    const row = block && block[id % meta.blockSize];
+    if (!row) return null;
+    const [name, type, entityType, functionType, purpose, deprecated, path] = row;
+    return { name, type, entityType, functionType, purpose, deprecated, path };
+  }
+
+  const api = { queryWords, shardsFor, rankLoaded, blocksFor, entryOf };
   if (typeof module !== 'undefined' && module.exports) module.exports = api;
   else root.refpageSearchRank = api;
 })(typeof globalThis !== 'undefined' ? globalThis : this);

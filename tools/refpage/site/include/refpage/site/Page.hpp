@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <reference/property/RefItem.hpp>
+#include <refpage/site/Navigation.hpp>
 #include <refpage/site/Templates.hpp>
 #include <string>
 #include <string_view>
@@ -22,6 +23,10 @@ struct SiteLink {
 /// Resolves a link's UTF-8 text; must be callable from several threads at once.
 using SiteLinkResolver = std::function<SiteLink(std::string_view link)>;
 
+/// Whether a file the page references (a safe path relative to the site's root) is in the
+/// site; must be callable from several threads at once.
+using SiteAssetCheck = std::function<bool(std::string_view path)>;
+
 /// What a page needs to know of the site it is part of. Everything is borrowed.
 struct SitePageView {
     std::size_t index;                           ///< this page's index in `pagePaths`
@@ -30,6 +35,9 @@ struct SitePageView {
     SiteLinkResolver const* resolve;             ///< the doc set's link resolution
     std::string_view siteTitle;                  ///< shown in the header and <title>
     std::string_view lang;                       ///< the pages' language tag ("en")
+    SiteNavigation const* navigation = nullptr;  ///< sidebar and breadcrumbs; null: neither
+    SiteAssetCheck const* assetExists = nullptr; ///< null: every referenced file is taken to be there
+    bool docset = false;                         ///< for a docset: no site header or search; dashAnchor anchors
 };
 
 struct RenderedPage {
@@ -44,10 +52,26 @@ inline constexpr std::string_view siteContentSecurityPolicy =
 /// The page's title: its first entity's name, or its Href when it names none.
 std::string sitePageTitle(reference::property::RefItem const& page);
 
-/// Renders `page` with `templates.page`. A link of only "#fragment" leads into this
-/// page. A table row or example whose own link leads into this page takes that link's
-/// fragment as its `id` (the first one to claim it), so such links have a target. Throws std::exception when a template is broken.
+/// Renders `page` with `templates.page`: every anchor of anchorsOf(page) as an id with a
+/// visible anchor link, the description as CommonMark (its relative links resolved like
+/// see-also links; an unresolved one is text and reported at "/Description"), names in
+/// tables breakable only after '.' and '_'. Throws TemplateError when a template is broken.
 RenderedPage renderSitePage(reference::property::RefItem const& page, SitePageView const& view,
                             SiteTemplates const& templates);
+
+/// What the index and the 404 page need of the site.
+struct SiteIndexView {
+    SiteNavigation const* navigation;  ///< every page by package; borrowed, never null
+    std::string_view siteTitle;
+    std::string_view lang;
+    std::string_view root;             ///< how the 404 page reaches the site's root: "" or the base URL with '/'
+};
+
+/// The index page: every package with a jump link, then its pages by title with their
+/// purposes; deprecated pages marked. Throws TemplateError when a template is broken.
+std::string renderSiteIndex(SiteIndexView const& view, SiteTemplates const& templates);
+
+/// 404.html: a page for a missing file, linking to the index. Throws TemplateError.
+std::string renderSiteNotFound(SiteIndexView const& view, SiteTemplates const& templates);
 
 }  // namespace refpage

@@ -1,0 +1,24 @@
+// Small pieces of template data that pages and the index share.
+#pragma once
+
+#include <string_view>
+
+#include "Mustache.hpp"
+
+namespace refpage {
+
+/// `text` cut after every '.' and '_': a template writes `<wbr>` after each segment, so
+/// a name wraps only there, never inside a word.
+inline TemplateList nameSegments(std::string_view text) {
+    TemplateList segments;
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i)
+        if ((text[i] == '.' || text[i] == '_') && i + 1 < text.size()) {
+            segments.emplace_back(std::string(text.substr(start, i + 1 - start)));
+            start = i + 1;
+        }
+    if (start < text.size()) segments.emplace_back(std::string(text.substr(start)));
+    return segments;
+}
+
+}  // namespace refpage

@@ -75,48 +75,15 @@ SiteReport planSite(std::span<SitePageInput const> pages) {
     return report;
 }
 
-std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<std::string> const& paths,
-                            SiteOptions const& options) {
-    struct Entry {
-        std::string title, purpose;
-        bool deprecated;
-        std::size_t page;
-    };
-    // Sorted by package, then title, then page order, ignoring ASCII case first.
-    std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
+std::vector<SitePageSummary> siteSummaries(std::span<SitePageInput const> pages, std::vector<std::string> const& paths) {
+    std::vector<SitePageSummary> summaries;
+    summaries.reserve(pages.size());
     for (std::size_t i = 0; i < pages.size(); ++i) {
         RefItem const& page = *pages[i].page;
-        std::string const package = utf8(page.getPackageName());
-        auto& slot = packages[{package.empty() ? 1 : 0, asciiLowered(package) + '\0' + package}];
-        slot.first = package.empty() ? "Other pages" : package;
-        slot.second.push_back({sitePageTitle(page), utf8(page.getPurpose()),
-                               page.getDeprecationStatus() != DeprecationStatus::Current, i});
+        summaries.push_back({sitePageTitle(page), paths[i], utf8(page.getPackageName()), utf8(page.getPurpose()),
+                             page.getDeprecationStatus() != DeprecationStatus::Current});
     }
-    mstch::array packageData;
-    std::size_t const pageCount = pages.size();
-    for (auto& [key, package] : packages) {
-        auto& entries = package.second;
-        std::stable_sort(entries.begin(), entries.end(), [](Entry const& a, Entry const& b) {
-            return std::pair(asciiLowered(a.title), a.title) < std::pair(asciiLowered(b.title), b.title);
-        });
-        mstch::array entryData;
-        for (auto const& entry : entries) {
-            mstch::map item{{"name", entry.title},
-                            {"href", relativeUrl(siteIndexPath, paths[entry.page])},
-                            {"deprecated", entry.deprecated}};
-            if (!entry.purpose.empty()) item["purpose"] = entry.purpose;
-            entryData.push_back(std::move(item));
-        }
-        packageData.push_back(mstch::map{{"name", package.first}, {"entries", std::move(entryData)}});
-    }
-    mstch::map data{{"lang", options.lang},
-                    {"root", std::string()},
-                    {"csp", std::string(siteContentSecurityPolicy)},
-                    {"siteTitle", options.title},
-                    {"pageCount", std::to_string(pageCount)},
-                    {"packageCount", std::to_string(packages.size())},
-                    {"packages", std::move(packageData)}};
-    return renderMustache(options.templates.index, data, options.templates);
+    return summaries;
 }
 
 DocSet siteDocSet(std::span<SitePageInput const> pages) {
@@ -152,28 +119,34 @@ std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::s
     return entries;
 }
 
-std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vector<std::string> const& paths) {
+std::vector<SearchEntry> siteSearchEntries(std::span<SitePageInput const> pages, std::vector<std::string> const& paths) {
     DocSet const set = siteDocSet(pages);
-    std::vector<LookupEntry> const entries = lookupEntries(set);
-    nlohmann::json data = nlohmann::json::parse(LookupIndex::inMemory(entries).searchData());
-    auto& listed = data["entries"];
-    for (std::size_t i = 0; i < entries.size() && i < listed.size(); ++i)
-        listed[i]["path"] = percentEncode(paths[entries[i].page]);
-    return "window.refpageSearchIndex = " + data.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) +
-           ";\n";
+    std::vector<SearchEntry> entries;
+    for (auto const& entry : lookupEntries(set)) {
+        RefItemLookup const& lookup = entry.lookup;
+        entries.push_back({utf8(lookup.getName()), lookup.getType(), lookup.getFunctionType(), utf8(lookup.getPurpose()),
+                           lookup.isDeprecated(), percentEncode(paths[entry.page])});
+    }
+    return entries;
 }
 
 SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
                      SiteOptions const& options) {
     SiteReport report = planSite(pages);
     makeFolders(options.output, report.paths, report.errors);
+    SiteNavigation const navigation(siteSummaries(pages, report.paths));
+    SiteAssetCheck const assetExists = [&options](std::string_view path) {
+        std::error_code ec;
+        return std::filesystem::is_regular_file(sitePath(options.output, path), ec);
+    };
     std::vector<RenderedPage> rendered(pages.size());
     std::vector<PageErrors> pageErrors(pages.size());
     std::atomic<std::size_t> next{0};
     auto work = [&] {
         for (std::size_t i = next++; i < pages.size(); i = next++) {
             try {
-                SitePageView const view{i, report.paths[i], &report.paths, &resolve, options.title, options.lang};
+                SitePageView const view{i,           report.paths[i], &report.paths, &resolve,    options.title,
+                                        options.lang, &navigation,    &assetExists,  options.docset};
                 rendered[i] = renderSitePage(*pages[i].page, view, options.templates);
                 writeFile(options.output, report.paths[i], rendered[i].html, pageErrors[i]);
                 rendered[i].html.clear();
@@ -195,8 +168,14 @@ SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver cons
         report.unresolvedLinks += rendered[i].unresolved.size();
         for (auto& error : pageErrors[i]) report.errors.push_back(std::move(error));
     }
+    SiteIndexView const indexView{&navigation, options.title, options.lang, ""};
     try {
-        writeFile(options.output, siteIndexPath, renderSiteIndex(pages, report.paths, options), report.errors);
+        writeFile(options.output, siteIndexPath, renderSiteIndex(indexView, options.templates), report.errors);
+        SiteIndexView notFound = indexView;
+        std::string const base = options.baseUrl.empty() || options.baseUrl.ends_with('/') ? options.baseUrl
+                                                                                           : options.baseUrl + '/';
+        notFound.root = base;
+        writeFile(options.output, "404.html", renderSiteNotFound(notFound, options.templates), report.errors);
     } catch (std::exception const& e) {
         report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});
     }
@@ -204,7 +183,12 @@ SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver cons
     writeFile(options.output, assets + "style.css", options.templates.style, report.errors);
     writeFile(options.output, assets + "search.js", options.templates.script, report.errors);
     writeFile(options.output, assets + "search-rank.js", options.templates.rank, report.errors);
-    writeFile(options.output, assets + "search-index.js", siteSearchIndexScript(pages, report.paths), report.errors);
+    writeFile(options.output, assets + "site.js", options.templates.behaviour, report.errors);
+    std::filesystem::create_directories(sitePath(options.output, searchFolder));
+    auto const entries = siteSearchEntries(pages, report.paths);
+    writeSearchFiles(entries, [&](std::string_view path, std::string_view bytes) {
+        writeFile(options.output, path, std::string(bytes), report.errors);
+    });
     return report;
 }
 

@@ -21,11 +21,19 @@ using DocsetIndexWriter =
 std::string docsetIdentifier(std::string_view name);
 
 /// Info.plist: CFBundleIdentifier, CFBundleName, DocSetPlatformFamily, isDashDocset,
-/// dashIndexFilePath (index.html). Texts are XML-escaped.
-std::string docsetInfoPlist(std::string_view name);
+/// isJavaScriptEnabled, dashIndexFilePath (index.html), and DashDocSetFallbackURL when
+/// `baseUrl` is not empty. Texts are XML-escaped.
+std::string docsetInfoPlist(std::string_view name, std::string_view baseUrl = {});
+
+/// The docset's icons beside Contents/: icon.png (16x16) and icon@2x.png (32x32), the project's own.
+struct DocsetIcon {
+    std::string_view file;
+    std::string_view bytes;
+};
+std::vector<DocsetIcon> docsetIcons();
 
 /// Writes the docset folder at `output` with `site` (its `output` is ignored: the site
-/// goes into Documents/). meta.json holds the name.
+/// goes into Documents/, its pages laid out for a docset browser). meta.json holds the name.
 SiteReport buildDocset(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
                        std::filesystem::path const& output, std::string_view name, SiteOptions site,
                        DocsetIndexWriter const& writeIndex);

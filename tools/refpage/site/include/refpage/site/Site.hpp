@@ -9,6 +9,7 @@
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/format/PageError.hpp>
 #include <refpage/site/Page.hpp>
+#include <refpage/site/Search.hpp>
 #include <refpage/site/Templates.hpp>
 #include <span>
 #include <string>
@@ -28,6 +29,8 @@ struct SiteOptions {
     unsigned jobs = 1;              ///< threads rendering pages; the output does not depend on it
     std::string title = "Reference";
     std::string lang = "en";
+    std::string baseUrl;            ///< where the site is served ("https://x/docs/"), or empty; 404.html links from it
+    bool docset = false;            ///< pages for a docset browser: no site header or search, dashAnchor anchors
 };
 
 struct SiteReport {
@@ -42,16 +45,15 @@ struct SiteReport {
 /// The site's paths for `pages`, with a warning for each page given a derived path.
 SiteReport planSite(std::span<SitePageInput const> pages);
 
-/// Writes the whole site under `options.output`: pages, `index.html`, and `_site/`
-/// (style.css, search.js, search-rank.js, search-index.js). Existing files of those
+/// Writes the whole site under `options.output`: pages, `index.html`, `404.html`, and `_site/`
+/// (style.css, site.js, search.js, search-rank.js, and the search files in `_site/search/`). Existing files of those
 /// names are replaced; nothing else in the folder is touched.
 SiteReport buildSite(std::span<SitePageInput const> pages, SiteLinkResolver const& resolve,
                      SiteOptions const& options);
 
-/// The index page: every page by package (ASCII-case-insensitive order, pages without
-/// a package last), then by title, with its purpose; deprecated pages marked.
-std::string renderSiteIndex(std::span<SitePageInput const> pages, std::vector<std::string> const& paths,
-                            SiteOptions const& options);
+/// What the site's navigation and index know of each page (title, path, package, purpose,
+/// deprecated), in page order.
+std::vector<SitePageSummary> siteSummaries(std::span<SitePageInput const> pages, std::vector<std::string> const& paths);
 
 /// The doc set of the site's pages (borrowed: the pages must outlive it), whose link
 /// resolution and lookup entries the site uses.
@@ -64,9 +66,8 @@ SiteLinkResolver siteLinkResolver(DocSet const& set);
 /// path from `paths` as its href: what the docset's index lists.
 std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths);
 
-/// `_site/search-index.js`: defines `window.refpageSearchIndex`, the lookup index's search
-/// data (`LookupIndex::searchData`, what search-rank.js ranks exactly as `refpage find` does)
-/// with each entry's `path`, its page's site path relative to the site's root.
-std::string siteSearchIndexScript(std::span<SitePageInput const> pages, std::vector<std::string> const& paths);
+/// The search entries of the site's pages (one per entity of every page, as the lookup
+/// index has them), each with its page's site path: what writeSearchFiles writes.
+std::vector<SearchEntry> siteSearchEntries(std::span<SitePageInput const> pages, std::vector<std::string> const& paths);
 
 }  // namespace refpage

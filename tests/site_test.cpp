@@ -147,8 +147,8 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
     EXPECT_TRUE(contains(out.html, R"(<span class="unresolved">gone</span>)"));
     EXPECT_TRUE(contains(out.html, R"j(<span class="text">js</span>)j"));
     EXPECT_TRUE(contains(out.html, R"(<a href="https://e.org/?a&amp;b" rel="external noopener noreferrer">web</a>)"));
-    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o">o<wbr></a>)"));
-    EXPECT_TRUE(contains(out.html, R"(<tr id="output-o2"><th scope="row"><a href="#p.a-o">o2<wbr></a>)"))
+    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o"><span class="w">o</span><wbr></a>)"));
+    EXPECT_TRUE(contains(out.html, R"(<tr id="output-o2"><th scope="row"><a href="#p.a-o"><span class="w">o2</span><wbr></a>)"))
         << "ids stay unique";
     EXPECT_TRUE(contains(out.html, R"(<div class="example" id="example-1">)"));
     EXPECT_TRUE(contains(out.html, R"(href="../../_site/style.css")"));
@@ -209,7 +209,7 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     EXPECT_LT(at(R"(<h2 id="package-zed-title">zed)"), at(R"(<h2 id="package-other-title">Other pages)"));
     EXPECT_TRUE(contains(html, R"(<li><a href="#package-Zed">Zed</a> <span class="count">(1)</span></li>)"))
         << "a jump link per package";
-    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html">Alpha<wbr></a> <span class="badge">deprecated</span>)"));
+    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html"><span class="w">Alpha</span><wbr></a> <span class="badge">deprecated</span>)"));
 }
 
 TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {

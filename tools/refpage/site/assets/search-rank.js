@@ -39,12 +39,13 @@
     return name.slice(name.lastIndexOf('.') + 1);
   }
 
-  /** The shard files `query` needs, without repeats. */
+  /** The shard files `query` needs that exist, without repeats. */
   function shardsFor(meta, query) {
     if (typeof query !== 'string' || query === '') return [];
+    if (!meta.fileSet) meta.fileSet = new Set(['n', 'l', 'w'].flatMap((trie) => meta.files[trie].map((hex) => trie + '-' + hex)));
     const names = [nodeOf(meta, 'n', query), nodeOf(meta, 'l', query)];
     for (const word of new Set(queryWords(query))) names.push(nodeOf(meta, 'w', word));
-    return Array.from(new Set(names.filter((name) => name)));
+    return Array.from(new Set(names.filter((name) => name && meta.fileSet.has(name))));
   }
 
   /** BM25 scores (lower is better) of the entries holding every word, keyed by id, with

@@ -109,6 +109,8 @@
         load(ranking.blocksFor(meta, ids), function () {
           if (mine !== current) return;
           render(ids.map(function (id) { return ranking.entryOf(meta, shards, id); }).filter(Boolean));
+          // For tests and benchmarks: which query the list shows, and how long it took.
+          document.documentElement.setAttribute("data-search-query", query);
           if (window.performance) document.documentElement.setAttribute("data-search-ms", String(performance.now() - start));
         });
       });

@@ -272,12 +272,12 @@ private:
     }
 
     static TemplateObject segmentsCell(std::string const& text) {
-        TemplateObject cell;
+        TemplateObject cell{{"kind", std::string("value")}};
         if (!text.empty()) cell["segments"] = nameSegments(text);
         return cell;
     }
     TemplateObject htmlCell(std::u16string const& text) {
-        TemplateObject cell;
+        TemplateObject cell{{"kind", std::string("prose")}};
         setIf(cell, "html", context_.inlineText(text));
         return cell;
     }

@@ -7,13 +7,14 @@
 
 namespace refpage {
 
-/// `text` cut after every '.' and '_': a template writes `<wbr>` after each segment, so
-/// a name wraps only there, never inside a word.
+/// `text` cut after every '.', '_' and space: a template writes each segment unbreakable
+/// (`<span class="w">`) with `<wbr>` after it, so a name or value wraps only there, never
+/// inside a word (not even at a hyphen).
 inline TemplateList nameSegments(std::string_view text) {
     TemplateList segments;
     std::size_t start = 0;
     for (std::size_t i = 0; i < text.size(); ++i)
-        if ((text[i] == '.' || text[i] == '_') && i + 1 < text.size()) {
+        if ((text[i] == '.' || text[i] == '_' || text[i] == ' ') && i + 1 < text.size()) {
             segments.emplace_back(std::string(text.substr(start, i + 1 - start)));
             start = i + 1;
         }

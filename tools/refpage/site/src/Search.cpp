@@ -112,6 +112,14 @@ Trie<Item> buildTrie(std::vector<std::pair<std::u32string, Item>> keyed, Keep co
     return trie;
 }
 
+/// The hex keys of the nodes that have a file, so that the script asks for no missing file.
+template <class Item>
+Json nodeKeys(Trie<Item> const& trie) {
+    Json keys = Json::array();
+    for (auto const& [key, items] : trie.nodes) keys.push_back(hexOf(key));
+    return keys;
+}
+
 template <class Item>
 Json splitKeys(Trie<Item> const& trie) {
     Json keys = Json::array();
@@ -196,7 +204,8 @@ void writeSearchFiles(std::span<SearchEntry const> entries, SiteFileSink const& 
               {"tokens", tokens},
               {"blockSize", searchBlockSize},
               {"prefixCap", searchPrefixCap},
-              {"split", {{"n", splitKeys(nameTrie)}, {"l", splitKeys(lastTrie)}, {"w", splitKeys(wordTrie)}}}};
+              {"split", {{"n", splitKeys(nameTrie)}, {"l", splitKeys(lastTrie)}, {"w", splitKeys(wordTrie)}}},
+              {"files", {{"n", nodeKeys(nameTrie)}, {"l", nodeKeys(lastTrie)}, {"w", nodeKeys(wordTrie)}}}};
     write(folder + "meta.js", shardScript("meta", meta));
 
     auto const writeNames = [&](char const* prefix, Trie<NameItem> const& trie) {

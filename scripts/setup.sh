@@ -11,7 +11,7 @@ packages=(
   clang libclang-rt-14-dev valgrind binutils python3
   libsqlite3-dev sqlite3 libcmark-gfm-dev libcmark-gfm-extensions-dev libkainjow-mustache-dev libutf8proc-dev
   help2man dpkg-dev fakeroot pkg-config libxml2-utils
-  chromium chromium-driver python3-selenium
+  chromium chromium-driver python3-selenium nodejs
 )
 # Peers of the benchmarks only (scripts/bench.sh): protocol buffers for the copy and equality baselines.
 if [ "${1:-}" = "--bench" ]; then packages+=(libprotobuf-dev protobuf-compiler); fi
@@ -21,6 +21,8 @@ for package in "${packages[@]}"; do
   status=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)
   [ "$status" = "install ok installed" ] || missing+=("$package")
 done
+# npm installs axe-core for the browser tests; a node from elsewhere may bring its own npm.
+command -v npm >/dev/null || missing+=(npm)
 
 if [ ${#missing[@]} -eq 0 ]; then
   echo "setup: all ${#packages[@]} packages are installed"

@@ -73,11 +73,35 @@ TEST(SiteHtml, OnlyHttpAndHttpsUrlsAreExternalLinks) {
         EXPECT_FALSE(isWebUrl(url)) << url;
 }
 
-TEST(SiteDocset, InfoPlistEscapesTheName) {
+TEST(SiteDocset, InfoPlistEscapesTheNameAndEnablesScriptsAndTheFallback) {
     std::string const plist = docsetInfoPlist("A&B <docs>");
     EXPECT_TRUE(contains(plist, "<key>CFBundleName</key>\n\t<string>A&amp;B &lt;docs&gt;</string>"));
     EXPECT_TRUE(contains(plist, "<key>CFBundleIdentifier</key>\n\t<string>abdocs</string>"));
+    EXPECT_TRUE(contains(plist, "<key>isJavaScriptEnabled</key>\n\t<true/>"));
+    EXPECT_FALSE(contains(plist, "DashDocSetFallbackURL"));
+    EXPECT_TRUE(contains(docsetInfoPlist("x", "https://e.org/a?b&c"),
+                         "<key>DashDocSetFallbackURL</key>\n\t<string>https://e.org/a?b&amp;c</string>"));
     EXPECT_EQ(docsetIdentifier("<>"), "docset");
+    for (auto const& icon : docsetIcons()) EXPECT_TRUE(icon.bytes.starts_with("\x89PNG\r\n")) << icon.file;
+}
+
+TEST(SiteTemplates, APartialIncludingItselfIsAnErrorNotACrash) {
+    testvalues::ScratchFolder const folder;
+    folder.write("templates/link.mustache", "<a>{{> link}}</a>");
+    PageErrors errors;
+    SiteTemplates const templates = SiteTemplates::load(folder / "templates", errors);
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_TRUE(contains(errors[0].message, "partial \"link\" is nested more than 8 partials deep")) << errors[0].message;
+    EXPECT_TRUE(templates.compiled()) << "the defaults stand in";
+    folder.write("templates/search.mustache", "{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}"
+                                              "{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}"
+                                              "{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}"
+                                              "{{#a}}{{#a}}{{#a}}");
+    std::filesystem::remove(folder / "templates/link.mustache");
+    errors.clear();
+    SiteTemplates::load(folder / "templates", errors);
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_TRUE(contains(errors[0].message, "sections nest more than 32 deep")) << errors[0].message;
 }
 
 /// Pages loaded through the host, with a resolver over their Hrefs.
@@ -153,6 +177,41 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
     EXPECT_TRUE(contains(out.html, R"(<div class="example" id="example-1">)"));
     EXPECT_TRUE(contains(out.html, R"(href="../../_site/style.css")"));
     EXPECT_EQ(out.unresolved, std::vector<std::string>{"/SeeAlso/1/Url"});
+}
+
+TEST_F(SiteBuild, DocsetPagesHaveNoSiteHeaderAndCarryTableOfContentsAnchors) {
+    add(R"j({"Href": "ref/k.html", "RefEntities": [{"Name": "p.K", "RefEntityType": "class"},
+                                                  {"Name": "p.K.go", "RefEntityType": "method"}],
+             "ClassPropertyGroups": [{"Properties": [{"Name": "T", "Href": "#p.K-T"}]}],
+             "AppThumbnail": {"FileRef": "img/k.png", "Alt": "A plot"}})j");
+    std::vector<std::string> const paths{"ref/k.html"};
+    auto const resolve = resolver();
+    SiteAssetCheck const none = [](std::string_view) { return false; };
+    SitePageView view{0, paths[0], &paths, &resolve, "T", "en", nullptr, &none, true};
+    std::string const html = renderSitePage(*inputs[0].page, view, SiteTemplates::defaults()).html;
+    EXPECT_FALSE(contains(html, "site-header"));
+    EXPECT_FALSE(contains(html, "search.js"));
+    EXPECT_TRUE(contains(html, R"(<a class="dashAnchor" name="//apple_ref/cpp/Property/T"></a>)"));
+    EXPECT_TRUE(contains(html, R"(<dd id="p.K.go"><a class="dashAnchor" name="//apple_ref/cpp/Method/p.K.go"></a>)"));
+    EXPECT_TRUE(contains(html, R"(<a class="dashAnchor" name="//apple_ref/cpp/Section/Properties"></a>)"));
+    EXPECT_TRUE(contains(html, R"(<figcaption class="missing-image">A plot</figcaption>)")) << "no broken image";
+    view.docset = false;
+    EXPECT_FALSE(contains(renderSitePage(*inputs[0].page, view, SiteTemplates::defaults()).html, "dashAnchor"));
+}
+
+TEST_F(SiteBuild, SidebarListsAtMostItsLimitAroundThePage) {
+    std::vector<SitePageSummary> summaries;
+    for (int i = 0; i < 100; ++i)
+        summaries.push_back({"p.n" + std::to_string(100 + i), "n" + std::to_string(i) + ".html", "p", "", false});
+    summaries.push_back({"q.only", "q.html", "q", "", false});
+    SiteNavigation const navigation(summaries);
+    auto const around = navigation.sidebarOf(50);
+    EXPECT_EQ(around.size(), sidebarPageLimit);
+    EXPECT_EQ(around.front(), 30u);
+    EXPECT_EQ(navigation.sidebarOf(0).front(), 0u);
+    EXPECT_EQ(navigation.sidebarOf(99).back(), 99u);
+    EXPECT_EQ(navigation.sidebarOf(100), std::vector<std::size_t>{100});
+    EXPECT_EQ(navigation.packages()[navigation.packageOf(100)].id, "package-q");
 }
 
 TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {

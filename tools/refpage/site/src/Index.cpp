@@ -8,11 +8,14 @@ namespace refpage {
 
 namespace {
 
-TemplateObject common(SiteIndexView const& view) {
-    return TemplateObject{{"lang", std::string(view.lang)},
-                          {"root", std::string(view.root)},
-                          {"csp", std::string(siteContentSecurityPolicy)},
-                          {"siteTitle", std::string(view.siteTitle)}};
+TemplateData common(SiteIndexView const& view) {
+    TemplateData data(TemplateData::type::object);
+    TemplateNode(data)
+        .set("lang", std::string(view.lang))
+        .set("root", std::string(view.root))
+        .set("csp", std::string(siteContentSecurityPolicy))
+        .set("siteTitle", std::string(view.siteTitle));
+    return data;
 }
 
 }  // namespace
@@ -20,33 +23,33 @@ TemplateObject common(SiteIndexView const& view) {
 std::string renderSiteIndex(SiteIndexView const& view, SiteTemplates const& templates) {
     auto const compiled = templates.compiled();
     SiteNavigation const& nav = *view.navigation;
-    TemplateList packages, jumps;
+    TemplateData data = common(view);
+    TemplateNode top(data);
+    top.set("pageCount", std::to_string(nav.pages().size())).set("packageCount", std::to_string(nav.packages().size()));
+    TemplateNode jumps = top.list("jumps");
+    for (auto const& package : nav.packages())
+        jumps.append().set("name", package.name).set("id", package.id).set("count", std::to_string(package.pages.size()));
+    TemplateNode packages = top.list("packages");
     for (auto const& package : nav.packages()) {
-        TemplateList entries;
+        TemplateNode out = packages.append();
+        out.set("name", package.name).set("id", package.id);
+        TemplateNode entries = out.list("entries");
         for (std::size_t p : package.pages) {
             SitePageSummary const& page = nav.pages()[p];
-            TemplateObject item{{"name", page.title},
-                                {"segments", nameSegments(page.title)},
-                                {"href", relativeUrl(siteIndexPath, page.path)},
-                                {"deprecatedEntry", page.deprecated}};
-            if (!page.purpose.empty()) item["purpose"] = page.purpose;
-            entries.push_back(std::move(item));
+            TemplateNode item = entries.append();
+            item.set("name", page.title)
+                .set("href", relativeUrl(siteIndexPath, page.path))
+                .set("deprecatedEntry", page.deprecated)
+                .setIf("purpose", page.purpose);
+            setSegments(item, "segments", page.title);
         }
-        jumps.push_back(TemplateObject{{"name", package.name}, {"id", package.id},
-                                       {"count", std::to_string(package.pages.size())}});
-        packages.push_back(TemplateObject{{"name", package.name}, {"id", package.id}, {"entries", std::move(entries)}});
     }
-    TemplateObject data = common(view);
-    data["pageCount"] = std::to_string(nav.pages().size());
-    data["packageCount"] = std::to_string(nav.packages().size());
-    data["jumps"] = std::move(jumps);
-    data["packages"] = std::move(packages);
-    return compiled->index().render(TemplateData(data));
+    return compiled->index().render(data);
 }
 
 std::string renderSiteNotFound(SiteIndexView const& view, SiteTemplates const& templates) {
     auto const compiled = templates.compiled();
-    return compiled->notFound().render(TemplateData(common(view)));
+    return compiled->notFound().render(common(view));
 }
 
 }  // namespace refpage

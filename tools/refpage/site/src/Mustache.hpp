@@ -11,8 +11,49 @@
 namespace refpage {
 
 using TemplateData = kainjow::mustache::data;
-using TemplateList = kainjow::mustache::list;
-using TemplateObject = kainjow::mustache::object;
+
+/// Builds template data in place: every child is made inside its parent, so nothing is
+/// copied after it is made (kainjow's data copies whatever it is given). A Node refers to
+/// data inside its parent: it stays valid until another element is appended to the same list.
+class TemplateNode {
+public:
+    explicit TemplateNode(TemplateData& data) noexcept : data_(&data) {}
+
+    TemplateNode& set(std::string const& key, std::string const& value) {
+        data_->set(key, TemplateData(value));
+        return *this;
+    }
+    TemplateNode& set(std::string const& key, char const* value) { return set(key, std::string(value)); }
+    TemplateNode& set(std::string const& key, bool value) {
+        data_->set(key, TemplateData(value));
+        return *this;
+    }
+    /// Sets `key` only when `value` is not empty: mustache takes "" as true.
+    TemplateNode& setIf(std::string const& key, std::string const& value) {
+        if (!value.empty()) set(key, value);
+        return *this;
+    }
+    /// A new empty object or list under `key`.
+    TemplateNode object(std::string const& key) { return make(key, TemplateData::type::object); }
+    TemplateNode list(std::string const& key) { return make(key, TemplateData::type::list); }
+    /// A new empty object, or a string, at the end of this list.
+    TemplateNode append() {
+        data_->push_back(TemplateData(TemplateData::type::object));
+        return TemplateNode(const_cast<TemplateData&>(data_->list_value().back()));
+    }
+    void append(std::string const& value) { data_->push_back(TemplateData(value)); }
+
+    TemplateData& data() noexcept { return *data_; }
+
+private:
+    TemplateNode make(std::string const& key, TemplateData::type type) {
+        data_->set(key, TemplateData(type));
+        // The data lives in this object's map, which is not const: only kainjow's accessor is.
+        return TemplateNode(const_cast<TemplateData&>(*data_->get(key)));
+    }
+
+    TemplateData* data_;  ///< not owned: inside the tree being built
+};
 
 /// `text` with every `{{> name}}` replaced by that partial's text (partials of partials too,
 /// at most maxPartialDepth deep; an unknown partial is empty, as mustache has it). Throws

@@ -1,5 +1,6 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <map>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/format/Anchors.hpp>
@@ -88,17 +89,15 @@ public:
         return std::nullopt;
     }
 
-    /// The `link` partial's data: href set only for a page of the set or a web URL.
-    TemplateObject link(std::string const& text, std::u16string const& target, std::string const& pointer) {
+    /// Fills `out` as the `link` partial reads it: href set only for a page of the set or a web URL.
+    void link(TemplateNode out, std::string const& text, std::u16string const& target, std::string const& pointer) {
         std::string const url = utf8(target);
-        TemplateObject out{{"text", text}, {"segments", nameSegments(text)}, {"external", false}};
+        out.set("text", text);
+        setSegments(out, "segments", text);
         std::optional<std::string> const written = href(url, pointer);
-        out["kind"] = std::string(resolve(url).kind == SiteLink::Kind::Unresolved ? "unresolved" : "text");
-        if (written) {
-            out["href"] = *written;
-            out["external"] = isWebUrl(*written);
-        }
-        return out;
+        out.set("kind", resolve(url).kind == SiteLink::Kind::Unresolved ? "unresolved" : "text");
+        out.set("external", written && isWebUrl(*written));
+        if (written) out.set("href", *written);
     }
 
     /// A one-line text as HTML (CommonMark inlines); links in it resolve but are not reported.
@@ -133,27 +132,28 @@ std::string dashAnchor(std::string_view type, std::string_view name) {
 
 class PageData {
 public:
-    PageData(RefItem const& page, SitePageView const& view) : page_(page), view_(view), context_(page, view) {}
+    PageData(RefItem const& page, SitePageView const& view)
+        : page_(page), view_(view), context_(page, view), data_(TemplateData::type::object), top_(data_) {}
 
-    TemplateObject build() {
+    TemplateData const& build() {
         std::string const root = rootPrefix(view_.path);
         std::string const title = sitePageTitle(page_);
-        data_ = TemplateObject{{"lang", std::string(view_.lang)},
-                               {"root", root},
-                               {"csp", std::string(siteContentSecurityPolicy)},
-                               {"siteTitle", std::string(view_.siteTitle)},
-                               {"title", title},
-                               {"titleSegments", nameSegments(title)},
-                               {"docset", view_.docset}};
+        top_.set("lang", std::string(view_.lang))
+            .set("root", root)
+            .set("csp", std::string(siteContentSecurityPolicy))
+            .set("siteTitle", std::string(view_.siteTitle))
+            .set("title", title)
+            .set("docset", view_.docset);
+        setSegments(top_, "titleSegments", title);
         auto const& entities = page_.getRefEntities();
-        if (!entities.empty()) data_["kind"] = RefEntityType::enumToString(entities.front().getRefEntityType());
+        if (!entities.empty()) top_.set("kind", RefEntityType::enumToString(entities.front().getRefEntityType()));
         if (page_.getDeprecationStatus() != DeprecationStatus::Current)
-            data_["deprecated"] = DeprecationStatus::enumToString(page_.getDeprecationStatus());
+            top_.set("deprecated", DeprecationStatus::enumToString(page_.getDeprecationStatus()));
         if (!page_.getPurpose().empty()) {
-            data_["purpose"] = utf8(page_.getPurpose());
-            data_["purposeHtml"] = context_.inlineText(page_.getPurpose());
+            top_.set("purpose", utf8(page_.getPurpose()));
+            top_.setIf("purposeHtml", context_.inlineText(page_.getPurpose()));
         }
-        if (!page_.getIntroduced().empty()) data_["introduced"] = utf8(page_.getIntroduced());
+        top_.setIf("introduced", utf8(page_.getIntroduced()));
         navigation(root, title);
         facts();
         thumbnail();
@@ -163,7 +163,7 @@ public:
         examples();
         seeAlso();
         toc();
-        return std::move(data_);
+        return data_;
     }
 
     std::vector<std::string> unresolved() { return std::move(context_.unresolved); }
@@ -173,11 +173,6 @@ private:
         return view_.docset ? dashAnchor(type, name) : std::string();
     }
 
-    /// Sets `key` on `object` only when `value` is not empty (mustache takes "" as true).
-    static void setIf(TemplateObject& object, std::string const& key, std::string value) {
-        if (!value.empty()) object[key] = std::move(value);
-    }
-
     void navigation(std::string const& root, std::string const& title) {
         std::string const package = utf8(page_.getPackageName());
         SiteNavigation const* nav = view_.navigation;
@@ -185,44 +180,41 @@ private:
         if (nav && view_.index < nav->pages().size()) {
             SitePackage const& home = nav->packages()[nav->packageOf(view_.index)];
             packageHref += '#' + percentEncode(home.id, true);
-            TemplateList pages;
+            TemplateNode sidebar = top_.object("sidebar");
+            sidebar.set("packageName", home.name);
+            TemplateNode pages = sidebar.list("pages");
             for (std::size_t p : nav->sidebarOf(view_.index)) {
                 SitePageSummary const& summary = nav->pages()[p];
-                pages.push_back(TemplateObject{{"href", relativeUrl(view_.path, summary.path)},
-                                               {"segments", nameSegments(summary.title)},
-                                               {"current", p == view_.index},
-                                               {"deprecatedEntry", summary.deprecated}});
+                TemplateNode item = pages.append();
+                item.set("href", relativeUrl(view_.path, summary.path))
+                    .set("current", p == view_.index)
+                    .set("deprecatedEntry", summary.deprecated);
+                setSegments(item, "segments", summary.title);
             }
-            TemplateObject sidebar{{"packageName", home.name}, {"pages", std::move(pages)}};
             if (home.pages.size() > sidebarPageLimit)
-                sidebar["more"] = TemplateObject{{"href", packageHref}, {"count", std::to_string(home.pages.size())}};
-            data_["sidebar"] = std::move(sidebar);
-            TemplateObject crumbs{{"title", title}};
-            if (!package.empty()) crumbs["crumbPackage"] = TemplateObject{{"name", package}, {"href", packageHref}};
-            data_["breadcrumbs"] = std::move(crumbs);
+                sidebar.object("more").set("href", packageHref).set("count", std::to_string(home.pages.size()));
+            TemplateNode crumbs = top_.object("breadcrumbs");
+            crumbs.set("title", title);
+            if (!package.empty()) crumbs.object("crumbPackage").set("name", package).set("href", packageHref);
         }
-        if (!package.empty()) {
-            data_["package"] = package;
-            data_["packageHref"] = packageHref;
-        }
+        if (!package.empty()) top_.set("package", package).set("packageHref", packageHref);
     }
 
     void facts() {
-        TemplateList list;
+        TemplateNode list = top_.list("entities");
         auto const& entities = page_.getRefEntities();
         for (std::size_t e = 0; e < entities.size(); ++e) {
             std::string const name = utf8(entities[e].getName());
-            TemplateObject item{{"name", name},
-                                {"segments", nameSegments(name)},
-                                {"type", RefEntityType::enumToString(entities[e].getRefEntityType())},
-                                {"functionType", FunctionType::enumToString(entities[e].getFunctionType())}};
+            TemplateNode item = list.append();
+            item.set("name", name)
+                .set("type", RefEntityType::enumToString(entities[e].getRefEntityType()))
+                .set("functionType", FunctionType::enumToString(entities[e].getFunctionType()));
+            setSegments(item, "segments", name);
             if (Anchor const* anchor = context_.anchors().find(Anchor::Kind::Entity, {e})) {
-                item["entityId"] = anchor->id;
-                setIf(item, "entityDash", dash(dashEntryType(entities[e].getRefEntityType()), name));
+                item.set("entityId", anchor->id);
+                item.setIf("entityDash", dash(dashEntryType(entities[e].getRefEntityType()), name));
             }
-            list.push_back(std::move(item));
         }
-        data_["entities"] = std::move(list);
     }
 
     void thumbnail() {
@@ -230,17 +222,15 @@ private:
         if (thumbnail.getFileRef().empty() && thumbnail.getAlt().empty()) return;
         std::string alt = utf8(thumbnail.getAlt());
         std::string const file = utf8(thumbnail.getFileRef());
-        TemplateObject thumb;
-        if (auto const src = file.empty() ? std::nullopt : context_.imageSource(file)) thumb["src"] = *src;
+        TemplateNode thumb = top_.object("thumbnail");
+        if (auto const src = file.empty() ? std::nullopt : context_.imageSource(file)) thumb.set("src", *src);
         else if (alt.empty()) alt = "Image " + file + " is not available";
-        thumb["alt"] = std::move(alt);
-        data_["thumbnail"] = std::move(thumb);
+        thumb.set("alt", alt);
     }
 
-    TemplateObject section(Anchor const& anchor) const {
-        TemplateObject out{{"id", anchor.id}, {"title", anchor.name}};
-        setIf(out, "sectionDash", dash("Section", anchor.name));
-        return out;
+    void section(TemplateNode out, Anchor const& anchor) const {
+        out.set("id", anchor.id).set("title", anchor.name);
+        out.setIf("sectionDash", dash("Section", anchor.name));
     }
 
     void description() {
@@ -251,191 +241,178 @@ private:
         links.image = [this](std::string_view target) { return context_.imageSource(target); };
         for (auto const& each : context_.anchors().all())
             if (each.kind == Anchor::Kind::Heading) links.headingIds.push_back(each.id);
-        data_["descriptionSection"] = section(*anchor);
-        data_["description"] = descriptionHtml(context_.description(), links);
+        section(top_.object("descriptionSection"), *anchor);
+        top_.set("description", descriptionHtml(context_.description(), links));
     }
 
     void syntax() {
-        TemplateList groups;
+        TemplateNode groups = top_.list("syntaxGroups");
         auto const& syntaxGroups = page_.getSyntaxGroups();
         for (std::size_t g = 0; g < syntaxGroups.size(); ++g) {
             Anchor const* anchor = context_.anchors().section(PageSection::Syntax, g);
             if (!anchor) continue;
-            TemplateList lines;
-            for (auto const& line : syntaxGroups[g].getSyntaxes()) lines.emplace_back(utf8(line));
-            TemplateObject group = section(*anchor);
-            group["syntaxType"] = SyntaxType::enumToString(syntaxGroups[g].getSyntaxType());
-            group["lines"] = std::move(lines);
-            groups.push_back(std::move(group));
+            TemplateNode group = groups.append();
+            section(group, *anchor);
+            group.set("syntaxType", SyntaxType::enumToString(syntaxGroups[g].getSyntaxType()));
+            TemplateNode lines = group.list("lines");
+            for (auto const& line : syntaxGroups[g].getSyntaxes()) lines.append(utf8(line));
         }
-        data_["syntaxGroups"] = std::move(groups);
     }
 
-    static TemplateObject segmentsCell(std::string const& text) {
-        TemplateObject cell{{"kind", std::string("value")}};
-        if (!text.empty()) cell["segments"] = nameSegments(text);
-        return cell;
+    static void valueCell(TemplateNode cells, std::string const& text) {
+        TemplateNode cell = cells.append();
+        cell.set("kind", "value");
+        if (!text.empty()) setSegments(cell, "segments", text);
     }
-    TemplateObject htmlCell(std::u16string const& text) {
-        TemplateObject cell{{"kind", std::string("prose")}};
-        setIf(cell, "html", context_.inlineText(text));
-        return cell;
+    void proseCell(TemplateNode cells, std::u16string const& text) {
+        cells.append().set("kind", "prose").setIf("html", context_.inlineText(text));
     }
 
+    /// A row's name, id and label; returns its cells' list for the caller to fill.
     template <class Record>
-    TemplateObject row(Record const& record, Anchor const* anchor, std::string const& pointer, TemplateList cells,
-                       std::string_view dashType) {
+    TemplateNode row(TemplateNode out, Record const& record, Anchor const* anchor, std::string const& pointer,
+                     std::string_view dashType) {
         std::string const name = utf8(record.getName());
-        TemplateObject out{{"name", context_.link(name, record.getHref(), pointer + "/Href")},
-                           {"cells", std::move(cells)},
-                           {"label", name.empty() ? std::string("row") : name}};
-        out["id"] = anchor ? anchor->id : std::string("row");
-        if (!dashType.empty()) setIf(out, "rowDash", dash(dashType, name));
-        return out;
+        context_.link(out.object("name"), name, record.getHref(), pointer + "/Href");
+        out.set("label", name.empty() ? std::string("row") : name).set("id", anchor ? anchor->id : std::string("row"));
+        if (!dashType.empty()) out.setIf("rowDash", dash(dashType, name));
+        return out.list("cells");
     }
 
-    static TemplateObject block(std::string subtitle, std::initializer_list<char const*> names, TemplateList rows,
-                                std::string const& label) {
-        TemplateList columns;
-        for (auto const* name : names) columns.emplace_back(std::string(name));
-        TemplateObject part{{"columns", std::move(columns)}, {"rows", std::move(rows)}, {"label", label}};
-        setIf(part, "subtitle", std::move(subtitle));
-        return part;
+    /// A table part with its columns; returns its rows' list for the caller to fill.
+    static TemplateNode block(TemplateNode blocks, std::string const& subtitle, std::initializer_list<char const*> names,
+                              std::string const& label) {
+        TemplateNode part = blocks.append();
+        TemplateNode columns = part.list("columns");
+        for (auto const* name : names) columns.append(name);
+        part.set("label", label).setIf("subtitle", subtitle);
+        return part.list("rows");
     }
 
     template <class Record>
-    TemplateList objectRows(std::vector<Record> const& records, Anchor::Kind kind, std::vector<std::size_t> prefix,
-                            std::string const& pointer, std::string_view dashType) {
-        TemplateList rows;
+    void objectRows(TemplateNode rows, std::vector<Record> const& records, Anchor::Kind kind,
+                    std::vector<std::size_t> prefix, std::string const& pointer, std::string_view dashType) {
         for (std::size_t i = 0; i < records.size(); ++i) {
             auto path = prefix;
             path.push_back(i);
             auto const& record = records[i];
-            rows.push_back(row(record, context_.anchors().find(kind, path), fmt::format("{}/{}", pointer, i),
-                               TemplateList{segmentsCell(joined(record.getValues())),
-                                            segmentsCell(utf8(record.getDefaultValue())), htmlCell(record.getPurpose())},
-                               dashType));
+            TemplateNode cells = row(rows.append(), record, context_.anchors().find(kind, path),
+                                     fmt::format("{}/{}", pointer, i), dashType);
+            valueCell(cells, joined(record.getValues()));
+            valueCell(cells, utf8(record.getDefaultValue()));
+            proseCell(cells, record.getPurpose());
         }
-        return rows;
     }
 
     void tables() {
-        TemplateList list;
+        TemplateNode list = top_.list("tables");
         auto const& inputGroups = page_.getInputGroups();
         for (std::size_t g = 0; g < inputGroups.size(); ++g) {
             Anchor const* anchor = context_.anchors().section(PageSection::Inputs, g);
             if (!anchor) continue;
             auto const& inputs = inputGroups[g].getInputs();
-            TemplateList positional, nameValue;
-            for (std::size_t i = 0; i < inputs.size(); ++i) {
-                auto const& input = inputs[i];
-                TemplateList cells{segmentsCell(joined(input.getValues())), segmentsCell(utf8(input.getDefaultValue())),
-                                   segmentsCell(SyntaxType::enumToString(input.getSyntaxType())),
-                                   htmlCell(input.getPurpose())};
-                (input.isNameValuePair() ? nameValue : positional)
-                    .push_back(row(input, context_.anchors().find(Anchor::Kind::Input, {g, i}),
-                                   fmt::format("/InputGroups/{}/Inputs/{}", g, i), std::move(cells), {}));
+            TemplateNode table = list.append();
+            section(table, *anchor);
+            TemplateNode blocks = table.list("blocks");
+            for (bool nameValue : {false, true}) {
+                if (std::none_of(inputs.begin(), inputs.end(), [&](auto const& in) { return in.isNameValuePair() == nameValue; }))
+                    continue;
+                TemplateNode rows = block(blocks, nameValue ? "Name-value arguments" : "",
+                                          {"Name", "Values", "Default", "Syntax", "Purpose"},
+                                          nameValue ? anchor->name + ": name-value arguments" : anchor->name);
+                for (std::size_t i = 0; i < inputs.size(); ++i) {
+                    auto const& input = inputs[i];
+                    if (input.isNameValuePair() != nameValue) continue;
+                    TemplateNode cells = row(rows.append(), input, context_.anchors().find(Anchor::Kind::Input, {g, i}),
+                                             fmt::format("/InputGroups/{}/Inputs/{}", g, i), {});
+                    valueCell(cells, joined(input.getValues()));
+                    valueCell(cells, utf8(input.getDefaultValue()));
+                    valueCell(cells, SyntaxType::enumToString(input.getSyntaxType()));
+                    proseCell(cells, input.getPurpose());
+                }
             }
-            TemplateList blocks;
-            if (!positional.empty())
-                blocks.push_back(block("", {"Name", "Values", "Default", "Syntax", "Purpose"}, std::move(positional),
-                                       anchor->name));
-            if (!nameValue.empty())
-                blocks.push_back(block("Name-value arguments", {"Name", "Values", "Default", "Syntax", "Purpose"},
-                                       std::move(nameValue), anchor->name + ": name-value arguments"));
-            TemplateObject table = section(*anchor);
-            table["blocks"] = std::move(blocks);
-            list.push_back(std::move(table));
         }
         if (Anchor const* anchor = context_.anchors().section(PageSection::Outputs)) {
             auto const& outputs = page_.getOutputs();
-            TemplateList rows;
-            for (std::size_t i = 0; i < outputs.size(); ++i)
-                rows.push_back(row(outputs[i], context_.anchors().find(Anchor::Kind::Output, {i}),
-                                   fmt::format("/Outputs/{}", i),
-                                   TemplateList{segmentsCell(joined(outputs[i].getValues())),
-                                                segmentsCell(SyntaxType::enumToString(outputs[i].getSyntaxType())),
-                                                htmlCell(outputs[i].getPurpose())},
-                                   {}));
-            TemplateObject table = section(*anchor);
-            table["blocks"] = TemplateList{block("", {"Name", "Values", "Syntax", "Purpose"}, std::move(rows), anchor->name)};
-            list.push_back(std::move(table));
+            TemplateNode table = list.append();
+            section(table, *anchor);
+            TemplateNode rows = block(table.list("blocks"), "", {"Name", "Values", "Syntax", "Purpose"}, anchor->name);
+            for (std::size_t i = 0; i < outputs.size(); ++i) {
+                TemplateNode cells = row(rows.append(), outputs[i], context_.anchors().find(Anchor::Kind::Output, {i}),
+                                         fmt::format("/Outputs/{}", i), {});
+                valueCell(cells, joined(outputs[i].getValues()));
+                valueCell(cells, SyntaxType::enumToString(outputs[i].getSyntaxType()));
+                proseCell(cells, outputs[i].getPurpose());
+            }
         }
         auto const& propertyGroups = page_.getClassPropertyGroups();
         for (std::size_t g = 0; g < propertyGroups.size(); ++g) {
             Anchor const* anchor = context_.anchors().section(PageSection::Properties, g);
             if (!anchor) continue;
-            TemplateObject table = section(*anchor);
-            table["blocks"] = TemplateList{
-                block("", {"Name", "Values", "Default", "Purpose"},
-                      objectRows(propertyGroups[g].getClassProperties(), Anchor::Kind::ClassProperty, {g},
-                                 fmt::format("/ClassPropertyGroups/{}/Properties", g), "Property"),
-                      anchor->name)};
-            list.push_back(std::move(table));
+            TemplateNode table = list.append();
+            section(table, *anchor);
+            objectRows(block(table.list("blocks"), "", {"Name", "Values", "Default", "Purpose"}, anchor->name),
+                       propertyGroups[g].getClassProperties(), Anchor::Kind::ClassProperty, {g},
+                       fmt::format("/ClassPropertyGroups/{}/Properties", g), "Property");
         }
         if (Anchor const* anchor = context_.anchors().section(PageSection::Parameters)) {
-            TemplateObject table = section(*anchor);
-            table["blocks"] = TemplateList{block("", {"Name", "Values", "Default", "Purpose"},
-                                                 objectRows(page_.getParameters(), Anchor::Kind::Parameter, {},
-                                                            "/Parameters", {}),
-                                                 anchor->name)};
-            list.push_back(std::move(table));
+            TemplateNode table = list.append();
+            section(table, *anchor);
+            objectRows(block(table.list("blocks"), "", {"Name", "Values", "Default", "Purpose"}, anchor->name),
+                       page_.getParameters(), Anchor::Kind::Parameter, {}, "/Parameters", {});
         }
-        data_["tables"] = std::move(list);
     }
 
     void examples() {
         Anchor const* anchor = context_.anchors().section(PageSection::Examples);
         if (!anchor) return;
-        TemplateList list;
+        TemplateNode out = top_.object("examplesSection");
+        section(out, *anchor);
+        TemplateNode list = out.list("examples");
         auto const& records = page_.getExamples();
+        std::string const self = relativeUrl(view_.path, view_.path);
         for (std::size_t i = 0; i < records.size(); ++i) {
             auto const& example = records[i];
             Anchor const* own = context_.anchors().find(Anchor::Kind::Example, {i});
-            std::string const id = own ? own->id : fmt::format("example-{}", i + 1);
-            TemplateObject item{{"id", id}, {"label", fmt::format("example {}", i + 1)}};
-            item["title"] = example.getTitle().empty() ? escapeHtml(exampleTitle(page_, i))
-                                                       : context_.inlineText(example.getTitle());
+            TemplateNode item = list.append();
+            item.set("id", own ? own->id : fmt::format("example-{}", i + 1)).set("label", fmt::format("example {}", i + 1));
+            item.set("title", example.getTitle().empty() ? escapeHtml(exampleTitle(page_, i))
+                                                         : context_.inlineText(example.getTitle()));
             // The heading links to the example's own place only when that is elsewhere.
             std::optional<std::string> const href = context_.href(utf8(example.getUrl()), fmt::format("/Examples/{}/Url", i));
-            if (href && !href->starts_with('#') && *href != relativeUrl(view_.path, view_.path) &&
-                !href->starts_with(relativeUrl(view_.path, view_.path) + "#"))
-                item["href"] = *href;
-            setIf(item, "command", utf8(example.getOpenCommand()));
-            list.push_back(std::move(item));
+            if (href && !href->starts_with('#') && *href != self && !href->starts_with(self + "#")) item.set("href", *href);
+            item.setIf("command", utf8(example.getOpenCommand()));
         }
-        TemplateObject out = section(*anchor);
-        out["examples"] = std::move(list);
-        data_["examplesSection"] = std::move(out);
     }
 
     void seeAlso() {
         Anchor const* anchor = context_.anchors().section(PageSection::SeeAlso);
         if (!anchor) return;
-        TemplateList links;
+        TemplateNode out = top_.object("seeAlsoSection");
+        section(out, *anchor);
+        TemplateNode links = out.list("links");
         auto const& records = page_.getSeeAlsoInfo();
         for (std::size_t i = 0; i < records.size(); ++i) {
             std::string name = utf8(records[i].getName());
             if (name.empty()) name = utf8(records[i].getUrl());
-            links.push_back(context_.link(name, records[i].getUrl(), fmt::format("/SeeAlso/{}/Url", i)));
+            context_.link(links.append(), name, records[i].getUrl(), fmt::format("/SeeAlso/{}/Url", i));
         }
-        TemplateObject out = section(*anchor);
-        out["links"] = std::move(links);
-        data_["seeAlsoSection"] = std::move(out);
     }
 
     void toc() {
-        TemplateList sections;
+        std::size_t count = 0;
+        for (auto const& anchor : context_.anchors().all()) count += anchor.kind == Anchor::Kind::Section;
+        if (count < 2) return;
+        TemplateNode sections = top_.object("toc").list("sections");
         for (auto const& anchor : context_.anchors().all())
-            if (anchor.kind == Anchor::Kind::Section)
-                sections.push_back(TemplateObject{{"id", anchor.id}, {"title", anchor.name}});
-        if (sections.size() >= 2) data_["toc"] = TemplateObject{{"sections", std::move(sections)}};
+            if (anchor.kind == Anchor::Kind::Section) sections.append().set("id", anchor.id).set("title", anchor.name);
     }
 
     RefItem const& page_;
     SitePageView const& view_;
     PageContext context_;
-    TemplateObject data_;
+    TemplateData data_;
+    TemplateNode top_;
 };
 
 }  // namespace
@@ -450,9 +427,8 @@ std::string sitePageTitle(RefItem const& page) {
 RenderedPage renderSitePage(RefItem const& page, SitePageView const& view, SiteTemplates const& templates) {
     auto const compiled = templates.compiled();
     PageData data(page, view);
-    TemplateData const built(data.build());
     RenderedPage out;
-    out.html = compiled->page().render(built);
+    out.html = compiled->page().render(data.build());
     out.unresolved = data.unresolved();
     return out;
 }

@@ -48,48 +48,84 @@
     return Array.from(new Set(names.filter((name) => name && meta.fileSet.has(name))));
   }
 
-  /** BM25 scores (lower is better) of the entries holding every word, keyed by id, with
-   *  their order; the full-text index's own formula, parameters and order of operations. */
-  function fullTextScores(meta, shards, words) {
+  const STRIDE = 5;  // a posting: id, name hits, purpose hits, entry words, order
+
+  /** Calls found(id, score, order) for each entry holding every word, with its BM25 score
+   *  (lower is better): the full-text index's own formula, parameters and order of operations.
+   *  Reads each posting of the shortest list once and looks the others up by id. */
+  function fullTextScores(meta, shards, words, found) {
     const { k1, b, weights } = meta.ranking.bm25;
     const rows = meta.count;
     const averageLength = meta.tokens / rows;
     const unique = Array.from(new Set(words));
-    const lists = new Map();
-    for (const word of unique) {
+    const lists = unique.map((word) => {
       const shard = shards[nodeOf(meta, 'w', word)];
-      const list = shard && Object.prototype.hasOwnProperty.call(shard, word) ? shard[word] : [];
-      lists.set(word, list);
-    }
-    const scores = new Map();
-    if (unique.some((word) => lists.get(word).length === 0)) return scores;
-    const idf = new Map();
-    for (const word of unique) {
-      const hits = lists.get(word).length;
+      return shard && Object.prototype.hasOwnProperty.call(shard, word) ? shard[word] : [];
+    });
+    if (lists.some((list) => list.length === 0)) return;
+    const idf = lists.map((list) => {
+      const hits = list.length / STRIDE;
       const value = Math.log((rows - hits + 0.5) / (hits + 0.5));
-      idf.set(word, value <= 0 ? 1e-6 : value);
-    }
-    // Walk the shortest list; look the others up by id: linear in the postings read.
-    const byLength = unique.slice().sort((x, y) => lists.get(x).length - lists.get(y).length);
-    const maps = byLength.slice(1).map((word) => new Map(lists.get(word).map((p) => [p[0], p])));
-    for (const first of lists.get(byLength[0])) {
-      const postings = new Map([[byLength[0], first]]);
+      return value <= 0 ? 1e-6 : value;
+    });
+    // Each query word (repeats included, as the full-text query has them) by its unique word.
+    const slots = words.map((word) => unique.indexOf(word));
+    let shortest = 0;
+    lists.forEach((list, i) => { if (list.length < lists[shortest].length) shortest = i; });
+    const others = lists.map((list, i) => {
+      if (i === shortest) return null;
+      const at = new Map();
+      for (let k = 0; k < list.length; k += STRIDE) at.set(list[k], k);
+      return at;
+    });
+    const offsets = new Array(lists.length);
+    const driver = lists[shortest];
+    for (let k = 0; k < driver.length; k += STRIDE) {
+      const id = driver[k];
       let all = true;
-      for (let i = 0; i < maps.length && all; ++i) {
-        const found = maps[i].get(first[0]);
-        if (found) postings.set(byLength[i + 1], found);
-        else all = false;
+      for (let i = 0; i < lists.length && all; ++i) {
+        if (i === shortest) offsets[i] = k;
+        else if ((offsets[i] = others[i].get(id)) === undefined) all = false;
       }
       if (!all) continue;
       let score = 0;
-      for (const word of words) {
-        const p = postings.get(word);
-        const frequency = p[1] * weights[0] + p[2] * weights[1];
-        score += idf.get(word) * ((frequency * (k1 + 1.0)) / (frequency + k1 * (1 - b + (b * p[3]) / averageLength)));
+      for (const slot of slots) {
+        const list = lists[slot];
+        const at = offsets[slot];
+        const frequency = list[at + 1] * weights[0] + list[at + 2] * weights[1];
+        score += idf[slot] * ((frequency * (k1 + 1.0)) / (frequency + k1 * (1 - b + (b * list[at + 3]) / averageLength)));
       }
-      scores.set(first[0], { score: -1.0 * score, order: first[4] });
+      found(id, -1.0 * score, driver[k + 4]);
     }
-    return scores;
+  }
+
+  function before(x, y) {
+    return x.rank - y.rank || x.score - y.score || x.order - y.order;
+  }
+
+  /** Keeps the best `limit` hits in order with one pass and a small sorted list; all of
+   *  them, sorted once at the end, when `limit` is 0. */
+  function Best(limit) {
+    const kept = [];
+    return {
+      /** True when a hit of this rank, score and order would be kept: no object is made otherwise. */
+      wants(rank, score, order) {
+        if (limit === 0 || kept.length < limit) return true;
+        return before({ rank, score, order }, kept[limit - 1]) < 0;
+      },
+      offer(hit) {
+        if (limit === 0) {
+          kept.push(hit);
+          return;
+        }
+        if (kept.length === limit && before(hit, kept[limit - 1]) >= 0) return;
+        let at = kept.length;
+        while (at > 0 && before(hit, kept[at - 1]) < 0) --at;
+        kept.splice(at, 0, hit);
+        if (kept.length > limit) kept.pop();
+      },
+      list: () => (limit === 0 ? kept.sort(before) : kept),
+    };
   }
 
   /**
@@ -100,25 +136,29 @@
   function rankLoaded(meta, shards, query, limit) {
     if (typeof query !== 'string' || query === '') return [];
     const keys = meta.ranking.tiers.map((tier) => tier.key);
-    const best = new Map();
-    const consider = (id, tier, score, order) => {
+    // The name tiers first: few entries, each in its best tier.
+    const named = new Map();
+    const consider = (id, tier, order) => {
       const rank = keys.indexOf(tier);
-      const seen = best.get(id);
-      if (!seen || rank < seen.rank) best.set(id, { id, tier, rank, score, order });
+      const seen = named.get(id);
+      if (!seen || rank < seen.rank) named.set(id, { id, tier, rank, score: 0, order });
     };
     for (const [id, name, order] of shards[nodeOf(meta, 'n', query)] || []) {
-      if (name === query) consider(id, 'exactName', 0, order);
-      else if (name.startsWith(query)) consider(id, 'namePrefix', 0, order);
+      if (name === query) consider(id, 'exactName', order);
+      else if (name.startsWith(query)) consider(id, 'namePrefix', order);
     }
     for (const [id, name, order] of shards[nodeOf(meta, 'l', query)] || [])
-      if (lastComponent(name) === query) consider(id, 'lastComponent', 0, order);
+      if (lastComponent(name) === query) consider(id, 'lastComponent', order);
+    const best = Best(limit > 0 ? limit : 0);
+    for (const hit of named.values()) best.offer(hit);
     const words = queryWords(query);
-    if (words.length > 0)
-      for (const [id, hit] of fullTextScores(meta, shards, words)) consider(id, 'fullText', hit.score, hit.order);
-    const hits = Array.from(best.values());
-    hits.sort((x, y) => x.rank - y.rank || x.score - y.score || x.order - y.order);
-    const shown = limit > 0 ? hits.slice(0, limit) : hits;
-    return shown.map(({ id, tier, score, order }) => ({ id, tier, score, order }));
+    if (words.length > 0) {
+      const fullText = keys.indexOf('fullText');
+      fullTextScores(meta, shards, words, (id, score, order) => {
+        if (best.wants(fullText, score, order) && !named.has(id)) best.offer({ id, tier: 'fullText', rank: fullText, score, order });
+      });
+    }
+    return best.list().map(({ id, tier, score, order }) => ({ id, tier, score, order }));
   }
 
   /** The entry block files holding `ids`. */

@@ -92,7 +92,8 @@ Trie<Item> buildTrie(std::vector<std::pair<std::u32string, Item>> keyed, Keep co
         if (!entry.first.empty()) first[entry.first.substr(0, 1)].push_back(std::move(entry));
     for (auto& node : first) queue.emplace_back(node.first, std::move(node.second));
     while (!queue.empty()) {
-        auto [prefix, items] = std::move(queue.front());
+        std::u32string const prefix = std::move(queue.front().first);
+        auto items = std::move(queue.front().second);
         queue.pop_front();
         bool const longer = std::any_of(items.begin(), items.end(), [&](auto const& e) { return e.first.size() > prefix.size(); });
         auto& node = trie.nodes[prefix];
@@ -224,7 +225,8 @@ void writeSearchFiles(std::span<SearchEntry const> entries, SiteFileSink const& 
         Json data = Json::object();
         for (auto const& word : words) {
             Json list = Json::array();
-            for (auto const& p : postings[word]) list.push_back({p.id, p.nameHits, p.purposeHits, p.words, p.order});
+            for (auto const& p : postings[word])  // flat, five numbers a posting: cheaper to parse than arrays
+                for (std::size_t value : {p.id, p.nameHits, p.purposeHits, p.words, p.order}) list.push_back(value);
             data[word] = std::move(list);
         }
         std::string const name = "w-" + hexOf(key);

@@ -8,7 +8,7 @@
 //   meta.js          entry count, token count, the ranking, which trie nodes are split and which have files
 //   n-<hex>.js       names by prefix: [id, name, order] of the names under one trie node
 //   l-<hex>.js       names by last component, the same way
-//   w-<hex>.js       words by prefix: {word: [[id, name hits, purpose hits, entry words, order], ...]}
+//   w-<hex>.js       words by prefix: {word: [id, name hits, purpose hits, entry words, order, id, ...]}
 //   e-<n>.js         entries n*64 .. n*64+63: [name, type, entityType, functionType, purpose, deprecated, path]
 // A trie node holds every key under its prefix (code points, ASCII case folded); past
 // searchShardLimit keys it is split into one node per next character, and keeps only the

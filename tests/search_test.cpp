@@ -113,8 +113,8 @@ load('meta');
 for (const query of JSON.parse(process.argv[2])) {{
   rank.shardsFor(shards.meta, query).forEach(load);
   const hits = rank.rankLoaded(shards.meta, shards, query, 20);
-  rank.blocksFor(shards.meta, hits.map((hit) => hit.id)).forEach(load);
-  console.log(JSON.stringify(hits.map((hit) => rank.entryOf(shards.meta, shards, hit.id).name + '|' + hit.tier)));
+  rank.blocksFor(shards.meta, shards, hits.map((hit) => hit.id), query).forEach(load);
+  console.log(JSON.stringify(hits.map((hit) => rank.entryOf(shards.meta, shards, hit.id, query).name + '|' + hit.tier)));
 }}
 )js", fmt::arg("rank", Json(REFPROP_SOURCE_DIR "/tools/refpage/site/assets/search-rank.js").dump()),
       fmt::arg("folder", Json(folder.path().string()).dump())));

@@ -42,7 +42,8 @@
   /** The shard files `query` needs that exist, without repeats. */
   function shardsFor(meta, query) {
     if (typeof query !== 'string' || query === '') return [];
-    if (!meta.fileSet) meta.fileSet = new Set(['n', 'l', 'w'].flatMap((trie) => meta.files[trie].map((hex) => trie + '-' + hex)));
+    if (!meta.fileSet)
+      meta.fileSet = new Set(['n', 'l', 'w'].flatMap((trie) => meta.files[trie].split(' ').map((hex) => trie + '-' + hex)));
     const names = [nodeOf(meta, 'n', query), nodeOf(meta, 'l', query)];
     for (const word of new Set(queryWords(query))) names.push(nodeOf(meta, 'w', word));
     return Array.from(new Set(names.filter((name) => name && meta.fileSet.has(name))));
@@ -161,18 +162,28 @@
     return best.list().map(({ id, tier, score, order }) => ({ id, tier, score, order }));
   }
 
-  /** The entry block files holding `ids`. */
-  function blocksFor(meta, ids) {
-    return Array.from(new Set(ids.map((id) => 'e-' + Math.floor(id / meta.blockSize))));
-  }
-
-  /** The entry `id` from loaded blocks: { name, type, entityType, functionType, purpose, deprecated, path }. */
-  function entryOf(meta, shards, id) {
-    const block = shards['e-' + Math.floor(id / meta.blockSize)];
-    const row = block && block[id % meta.blockSize];
+  /** The entry `id` as the loaded shards have it: from the name shards of `query` (which carry
+   *  their entries whole), else from its entry block. null when neither is loaded. */
+  function entryOf(meta, shards, id, query) {
+    let row = null;
+    for (const trie of ['n', 'l']) {
+      const shard = typeof query === 'string' && query ? shards[nodeOf(meta, trie, query)] : null;
+      const found = shard && shard.find((record) => record[0] === id);
+      if (found) row = found.slice(3);
+    }
+    if (!row) {
+      const block = shards['e-' + Math.floor(id / meta.blockSize)];
+      row = block ? block[id % meta.blockSize] : null;
+    }
     if (!row) return null;
     const [name, type, entityType, functionType, purpose, deprecated, path] = row;
     return { name, type, entityType, functionType, purpose, deprecated, path };
+  }
+
+  /** The entry block files holding those of `ids` that the name shards of `query` do not hold. */
+  function blocksFor(meta, shards, ids, query) {
+    const missing = ids.filter((id) => !entryOf(meta, shards, id, query));
+    return Array.from(new Set(missing.map((id) => 'e-' + Math.floor(id / meta.blockSize))));
   }
 
   const api = { queryWords, shardsFor, rankLoaded, blocksFor, entryOf };

@@ -6,7 +6,7 @@
 // Files, under the site's `_site/search/`, each a script calling
 // `refpageSearchShard(name, data)` so that they load from file:// by <script src>:
 //   meta.js          entry count, token count, the ranking, which trie nodes are split and which have files
-//   n-<hex>.js       names by prefix: [id, name, order] of the names under one trie node
+//   n-<hex>.js       names by prefix: [id, name, order, then the entry as e-<n>.js has it] under one trie node
 //   l-<hex>.js       names by last component, the same way
 //   w-<hex>.js       words by prefix: {word: [id, name hits, purpose hits, entry words, order, id, ...]}
 //   e-<n>.js         entries n*64 .. n*64+63: [name, type, entityType, functionType, purpose, deprecated, path]

@@ -257,7 +257,7 @@ class Docset(unittest.TestCase):
     def test_plist_index_and_documents_agree(self):
         source = pages.write_set(os.path.join(WORK, "docset-pages"), pages.linked_set())
         docset = os.path.join(WORK, "Demo.docset")
-        refpage("docset", source, "-o", docset, "--name", "Demo <Docs>", "-q")
+        refpage("docset", source, "-o", docset, "--name", "Demo <Docs>", "-q", "--base-url", "https://example.org/demo/")
         documents = os.path.join(docset, "Contents", "Resources", "Documents")
         plist = os.path.join(docset, "Contents", "Info.plist")
         ElementTree.parse(plist)
@@ -265,6 +265,11 @@ class Docset(unittest.TestCase):
             info = plistlib.load(file)
         self.assertEqual((info["CFBundleName"], info["CFBundleIdentifier"], info["DocSetPlatformFamily"],
                           info["isDashDocset"]), ("Demo <Docs>", "demodocs", "demodocs", True))
+        self.assertEqual((info["isJavaScriptEnabled"], info["DashDocSetFallbackURL"]), (True, "https://example.org/demo/"))
+        for icon, size in (("icon.png", 16), ("icon@2x.png", 32)):
+            with open(os.path.join(docset, icon), "rb") as file:
+                header = file.read(24)
+            self.assertEqual((header[:8], int.from_bytes(header[16:20], "big")), (b"\x89PNG\r\n\x1a\n", size), icon)
         self.assertTrue(os.path.isfile(os.path.join(documents, info["dashIndexFilePath"])))
         with sqlite3.connect(os.path.join(docset, "Contents", "Resources", "docSet.dsidx")) as db:
             self.assertEqual([row[1] for row in db.execute("PRAGMA table_info(searchIndex)")],
@@ -276,6 +281,14 @@ class Docset(unittest.TestCase):
             self.assertTrue(os.path.isfile(os.path.join(documents, unquote(path.partition("#")[0]))), name)
         open_page(os.path.join(documents, "index.html"))
         self.assertEqual(BROWSER.title, "Demo <Docs>")
+        # A page as a docset browser shows it: no site header or search, Dash's table of contents.
+        open_page(os.path.join(documents, "reference", "generated", "demo.sort.html"))
+        self.assertEqual(dom("return document.querySelectorAll('.site-header, #search-box').length"), 0)
+        anchors = dom("return [...document.querySelectorAll('a.dashAnchor')].map(a => a.name)")
+        self.assertIn("//apple_ref/cpp/Section/Input%20Arguments", anchors)
+        self.assertIn("//apple_ref/cpp/Property/Stable", anchors)
+        self.assertEqual(len(anchors), len(set(anchors)))
+        self.assertEqual(console_errors(), [])
 
 
 class GeneratedSite(unittest.TestCase):

@@ -41,8 +41,8 @@ struct SiteTemplates {
     /// The templates compiled into the tool, compiled.
     static SiteTemplates defaults();
     /// The defaults, with every file of those names in `folder` in their place, compiled. A
-    /// file that cannot be read, or a template that does not compile, is an error naming the
-    /// file (the defaults stand in its place); `folder` itself must exist.
+    /// file that cannot be read is an error naming it; a template that does not compile is an
+    /// error naming it too, and then every default is used. `folder` itself must exist.
     static SiteTemplates load(std::filesystem::path const& folder, PageErrors& errors);
 
     /// The compiled form of the texts above: the one made by defaults() or load() while the

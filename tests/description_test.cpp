@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <refpage/format/Description.hpp>
+#include <refpage/format/Loader.hpp>
+#include <refpage/format/PageFiles.hpp>
 #include <refpage/site/DescriptionHtml.hpp>
 #include <string>
 
+#include "support/HostTest.hpp"
 #include "support/ToolRun.hpp"
 
 namespace {
@@ -106,6 +109,27 @@ TEST(InlineHtml, OneLineOfInlinesWithoutBlockElements) {
     EXPECT_EQ(inlineHtml("Use `x` with *care*", links), "Use <code>x</code> with <em>care</em>");
     EXPECT_EQ(inlineHtml("1. Not a list\n\n- item", links), "1. Not a list item") << "numbers stay";
     EXPECT_EQ(inlineHtml("# Title <i>", links), "Title &lt;i&gt;");
+}
+
+class PageFilesTest : public HostTest {};
+
+TEST_F(PageFilesTest, TheThumbnailAndRelativeImagesWithTheirPointersAndPlaces) {
+    auto result = loadPage(R"({"Href": "a.html", "AppThumbnail": {"FileRef": "images/a.png", "Alt": "A"},
+        "Description": "Intro\n\n![plot](images/p.png) ![web](https://e.org/x.png)\n![up](../x.png) ![q](i.png?v=1)\n"})",
+                           "a.json");
+    ASSERT_TRUE(result.ok());
+    auto const files = filesOf(nativePage(result.page.get()));
+    ASSERT_EQ(files.size(), 4u) << "external images are not the doc set's files";
+    EXPECT_EQ(files[0].path, "images/a.png");
+    EXPECT_EQ(files[0].pointer, "/AppThumbnail/FileRef");
+    EXPECT_TRUE(files[0].safe);
+    EXPECT_EQ(files[1].path, "images/p.png");
+    EXPECT_EQ(files[1].pointer, "/Description");
+    EXPECT_EQ(files[1].position.line, 3u);
+    EXPECT_EQ(files[1].position.column, 1u);
+    EXPECT_FALSE(files[2].safe) << "a path out of the doc set";
+    EXPECT_FALSE(files[3].safe) << "a query is no file";
+    result = {};
 }
 
 }  // namespace

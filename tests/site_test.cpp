@@ -161,7 +161,8 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
              R"j(, "SeeAlso": [{"Name": "b", "Url": "ref/b.html#x y"}, {"Name": "gone", "Url": "ref/none.html"},
                              {"Name": "js", "Url": "javascript:alert(1)"}, {"Name": "web", "Url": "https://e.org/?a&b"}],
                  "Outputs": [{"Name": "o", "Href": "#p.a-o"}, {"Name": "o2", "Href": "#p.a-o"}],
-                 "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}])j"));
+                 "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}],
+                 "Description": "See [b](ref/b.html), [x](#p.a-o) and [gone](ref/gone.html).")j"));
     add(page("p.b", "ref/b.html"));
     std::vector<std::string> const paths{"ref/gen/a.html", "ref/b.html"};
     auto const resolve = resolver();
@@ -176,7 +177,8 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
         << "ids stay unique";
     EXPECT_TRUE(contains(out.html, R"(<div class="example" id="example-1">)"));
     EXPECT_TRUE(contains(out.html, R"(href="../../_site/style.css")"));
-    EXPECT_EQ(out.unresolved, std::vector<std::string>{"/SeeAlso/1/Url"});
+    EXPECT_TRUE(contains(out.html, R"(See <a href="../b.html">b</a>, <a href="#p.a-o">x</a> and <span class="link-text">gone</span>.)"));
+    EXPECT_EQ(out.unresolved, (std::vector<std::string>{"/Description", "/SeeAlso/1/Url"}));
 }
 
 TEST_F(SiteBuild, DocsetPagesHaveNoSiteHeaderAndCarryTableOfContentsAnchors) {

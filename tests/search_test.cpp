@@ -31,7 +31,8 @@ std::string shellQuoted(std::string const& text) {
 }
 
 /// Entries sharing long name prefixes (so that tries split), some names repeated, every
-/// seventh deprecated, purposes from a small vocabulary with non-ASCII words.
+/// seventh deprecated, purposes from a small vocabulary with non-ASCII words; "pkg" and "the"
+/// are words of more than searchLongPostings entries.
 std::vector<SearchEntry> generatedEntries(std::size_t count) {
     Lines const vocabulary{"sort", "array", "copy", "Größe", "axis", "index", "mask", "sorted",
                            "values", "ÄRGER", "fill", "order", "mean", "table", "the", "of"};
@@ -43,6 +44,7 @@ std::vector<SearchEntry> generatedEntries(std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         SearchEntry entry;
         entry.name = fmt::format("{}.{}{}", pick(modules), pick(stems), i % 5 == 0 ? "" : std::to_string(i % 97));
+        if (i % 10 < 7) entry.purpose = "The ";  // a word in most entries, as a package's name is in every name
         for (std::size_t w = 0, words = 1 + random() % 8; w < words; ++w) entry.purpose += pick(vocabulary) + " ";
         entry.entityType = i % 11 == 0 ? RefEntityType::Class : RefEntityType::Function;
         entry.deprecated = i % 7 == 0;
@@ -70,6 +72,7 @@ TEST(SearchFiles, NameShardsStayWithinTheirLimitAndEveryEntryIsInOneBlock) {
     Json const meta = payload(files.at("_site/search/meta.js"));
     EXPECT_EQ(meta["count"], 6000);
     EXPECT_FALSE(meta["split"]["n"].empty()) << "6,000 names under \"pkg.\" split the name trie";
+    EXPECT_TRUE(files.contains("_site/search/f-1.js")) << "\"pkg\" and \"the\" are long words";
     std::size_t blocks = 0;
     for (auto const& [path, script] : files) {
         std::string const name = path.substr(std::string(searchFolder).size());
@@ -99,7 +102,8 @@ TEST(SearchFiles, TheScriptRanksTheFirstTwentyExactlyAsFind) {
 
     Lines const queries{"sort", "pkg.sort", "pkg.linalg.", "pkg.l", "p", "s", "array", "sort array", "größe",
                         "GRÖSSE", "ärger values", "the of", "sort sort", "mean3", "arg", "nothing-here", "\"",
-                        "other.p", "o", "pkg.ndarray.fill1"};
+                        "other.p", "o", "pkg.ndarray.fill1", "the", "THE", "pkg", "pkg the", "the pkg sort",
+                        "pkg.linalg the", "the the", "mask the"};
     fs::path const driver = folder.write("driver.js", fmt::format(R"js(
 const fs = require('fs');
 const rank = require({rank});
@@ -112,6 +116,7 @@ const load = (name) => {{
 load('meta');
 for (const query of JSON.parse(process.argv[2])) {{
   rank.shardsFor(shards.meta, query).forEach(load);
+  rank.moreShardsFor(shards.meta, shards, query).forEach(load);
   const hits = rank.rankLoaded(shards.meta, shards, query, 20);
   rank.blocksFor(shards.meta, shards, hits.map((hit) => hit.id), query).forEach(load);
   console.log(JSON.stringify(hits.map((hit) => rank.entryOf(shards.meta, shards, hit.id, query).name + '|' + hit.tier)));

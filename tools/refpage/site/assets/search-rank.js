@@ -51,52 +51,105 @@
 
   const STRIDE = 5;  // a posting: id, name hits, purpose hits, entry words, order
 
+  /** What the loaded shards hold of `word`: null when nothing; else { count, postings (flat,
+   *  or for a long word its top ones), has(id), hits(id) -> [name hits, purpose hits], full
+   *  (the f- file with all its postings, for a long word) }. */
+  function wordOf(meta, shards, word) {
+    const shard = shards[nodeOf(meta, 'w', word)];
+    if (!shard || !Object.prototype.hasOwnProperty.call(shard, word)) return null;
+    const data = shard[word];
+    if (Array.isArray(data)) {
+      let at = null;
+      const index = () => {
+        if (!at) {
+          at = new Map();
+          for (let k = 0; k < data.length; k += STRIDE) at.set(data[k], k);
+        }
+        return at;
+      };
+      return {
+        count: data.length / STRIDE,
+        postings: data,
+        long: false,
+        has: (id) => index().has(id),
+        hits: (id) => { const k = index().get(id); return [data[k + 1], data[k + 2]]; },
+      };
+    }
+    if (!data.decoded) {
+      const text = atob(data.bits);
+      const bits = new Uint8Array(text.length);
+      for (let i = 0; i < text.length; ++i) bits[i] = text.charCodeAt(i);
+      const except = new Map();
+      for (let k = 0; k < data.except.length; k += 3) except.set(data.except[k], [data.except[k + 1], data.except[k + 2]]);
+      Object.defineProperty(data, 'decoded', { value: { bits, except }, enumerable: false });
+    }
+    const { bits, except } = data.decoded;
+    const full = shards['f-' + data.full];
+    return {
+      count: data.n,
+      postings: full || data.top,
+      long: true,
+      complete: !!full,
+      file: 'f-' + data.full,
+      has: (id) => (bits[id >> 3] & (1 << (id & 7))) !== 0,
+      hits: (id) => except.get(id) || data.mode,
+    };
+  }
+
+  /** Further files `query` needs once its shards are loaded: the whole postings of a long
+   *  word, when every word of the query is long and there are several. */
+  function moreShardsFor(meta, shards, query) {
+    const unique = Array.from(new Set(queryWords(query)));
+    const words = unique.map((word) => wordOf(meta, shards, word));
+    if (unique.length < 2 || words.some((word) => !word || !word.long)) return [];
+    const shortest = words.reduce((x, y) => (y.count < x.count ? y : x));
+    return shortest.complete ? [] : [shortest.file];
+  }
+
   /** Calls found(id, score, order) for each entry holding every word, with its BM25 score
    *  (lower is better): the full-text index's own formula, parameters and order of operations.
-   *  Reads each posting of the shortest list once and looks the others up by id. */
+   *  Reads each posting of the shortest list once and asks the other words about its entry. */
   function fullTextScores(meta, shards, words, found) {
     const { k1, b, weights } = meta.ranking.bm25;
     const rows = meta.count;
     const averageLength = meta.tokens / rows;
     const unique = Array.from(new Set(words));
-    const lists = unique.map((word) => {
-      const shard = shards[nodeOf(meta, 'w', word)];
-      return shard && Object.prototype.hasOwnProperty.call(shard, word) ? shard[word] : [];
-    });
-    if (lists.some((list) => list.length === 0)) return;
-    const idf = lists.map((list) => {
-      const hits = list.length / STRIDE;
-      const value = Math.log((rows - hits + 0.5) / (hits + 0.5));
+    const known = unique.map((word) => wordOf(meta, shards, word));
+    if (known.some((word) => !word || word.count === 0)) return;
+    const idf = known.map((word) => {
+      const value = Math.log((rows - word.count + 0.5) / (word.count + 0.5));
       return value <= 0 ? 1e-6 : value;
     });
     // Each query word (repeats included, as the full-text query has them) by its unique word.
     const slots = words.map((word) => unique.indexOf(word));
-    let shortest = 0;
-    lists.forEach((list, i) => { if (list.length < lists[shortest].length) shortest = i; });
-    const others = lists.map((list, i) => {
-      if (i === shortest) return null;
-      const at = new Map();
-      for (let k = 0; k < list.length; k += STRIDE) at.set(list[k], k);
-      return at;
+    // The driver: the shortest word whose postings are all here (a plain word, a long one loaded
+    // whole), else a long word alone, whose top postings are the one-word ranking's first.
+    let driver = -1;
+    known.forEach((word, i) => {
+      if ((!word.long || word.complete) && (driver < 0 || word.count < known[driver].count)) driver = i;
     });
-    const offsets = new Array(lists.length);
-    const driver = lists[shortest];
-    for (let k = 0; k < driver.length; k += STRIDE) {
-      const id = driver[k];
+    if (driver < 0) {
+      if (unique.length > 1) return;  // moreShardsFor names the file needed first
+      driver = 0;
+    }
+    const postings = known[driver].postings;
+    const hits = new Array(known.length);
+    for (let k = 0; k < postings.length; k += STRIDE) {
+      const id = postings[k];
       let all = true;
-      for (let i = 0; i < lists.length && all; ++i) {
-        if (i === shortest) offsets[i] = k;
-        else if ((offsets[i] = others[i].get(id)) === undefined) all = false;
+      for (let i = 0; i < known.length && all; ++i) {
+        if (i === driver) hits[i] = [postings[k + 1], postings[k + 2]];
+        else if (known[i].has(id)) hits[i] = known[i].hits(id);
+        else all = false;
       }
       if (!all) continue;
+      const length = postings[k + 3];
       let score = 0;
       for (const slot of slots) {
-        const list = lists[slot];
-        const at = offsets[slot];
-        const frequency = list[at + 1] * weights[0] + list[at + 2] * weights[1];
-        score += idf[slot] * ((frequency * (k1 + 1.0)) / (frequency + k1 * (1 - b + (b * list[at + 3]) / averageLength)));
+        const frequency = hits[slot][0] * weights[0] + hits[slot][1] * weights[1];
+        score += idf[slot] * ((frequency * (k1 + 1.0)) / (frequency + k1 * (1 - b + (b * length) / averageLength)));
       }
-      found(id, -1.0 * score, driver[k + 4]);
+      found(id, -1.0 * score, postings[k + 4]);
     }
   }
 
@@ -186,7 +239,7 @@
     return Array.from(new Set(missing.map((id) => 'e-' + Math.floor(id / meta.blockSize))));
   }
 
-  const api = { queryWords, shardsFor, rankLoaded, blocksFor, entryOf };
+  const api = { queryWords, shardsFor, moreShardsFor, rankLoaded, blocksFor, entryOf };
   if (typeof module !== 'undefined' && module.exports) module.exports = api;
   else root.refpageSearchRank = api;
 })(typeof globalThis !== 'undefined' ? globalThis : this);

@@ -104,14 +104,19 @@
       if (!meta || mine !== current) return;
       load(ranking.shardsFor(meta, query), function () {
         if (mine !== current) return;
-        var ranked = ranking.rankLoaded(meta, shards, query, limit);
-        var ids = ranked.map(function (hit) { return hit.id; });
-        load(ranking.blocksFor(meta, shards, ids, query), function () {
+        load(ranking.moreShardsFor(meta, shards, query), function () {
           if (mine !== current) return;
-          render(ids.map(function (id) { return ranking.entryOf(meta, shards, id, query); }).filter(Boolean));
-          // For tests and benchmarks: which query the list shows, and how long it took.
-          document.documentElement.setAttribute("data-search-query", query);
-          if (window.performance) document.documentElement.setAttribute("data-search-ms", String(performance.now() - start));
+          var ranked = ranking.rankLoaded(meta, shards, query, limit);
+          var ids = ranked.map(function (hit) { return hit.id; });
+          load(ranking.blocksFor(meta, shards, ids, query), function () {
+            if (mine !== current) return;
+            render(ids.map(function (id) { return ranking.entryOf(meta, shards, id, query); }).filter(Boolean));
+            // For tests and benchmarks: which query the list shows, and how long it took.
+            document.documentElement.setAttribute("data-search-query", query);
+            if (window.performance) {
+              document.documentElement.setAttribute("data-search-ms", String(performance.now() - start));
+            }
+          });
         });
       });
     });

@@ -10,6 +10,7 @@
 #include <refpage/docset/SearchRanking.hpp>
 #include <refpage/site/Search.hpp>
 #include <set>
+#include <span>
 #include <utf8.h>
 
 namespace refpage {
@@ -145,6 +146,62 @@ struct Posting {
     std::size_t id, nameHits, purposeHits, words, order;
 };
 
+std::string base64(std::string_view bytes) {
+    static constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string out;
+    out.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
+        std::uint32_t chunk = static_cast<unsigned char>(bytes[i]) << 16;
+        if (i + 1 < bytes.size()) chunk |= static_cast<unsigned char>(bytes[i + 1]) << 8;
+        if (i + 2 < bytes.size()) chunk |= static_cast<unsigned char>(bytes[i + 2]);
+        out += digits[(chunk >> 18) & 63];
+        out += digits[(chunk >> 12) & 63];
+        out += i + 1 < bytes.size() ? digits[(chunk >> 6) & 63] : '=';
+        out += i + 2 < bytes.size() ? digits[chunk & 63] : '=';
+    }
+    return out;
+}
+
+Json flat(std::span<Posting const> postings) {
+    Json list = Json::array();
+    for (auto const& p : postings)  // five numbers a posting: cheaper to parse than arrays
+        for (std::size_t value : {p.id, p.nameHits, p.purposeHits, p.words, p.order}) list.push_back(value);
+    return list;
+}
+
+/// A word held by many entries: membership as bits, the usual hits and the exceptions, and the
+/// postings a one-word query ranks first, in the order search-rank.js ranks them.
+Json longWord(std::vector<Posting> const& postings, std::size_t count, double averageLength, std::size_t full) {
+    std::string bits((count + 7) / 8, '\0');
+    std::map<std::pair<std::size_t, std::size_t>, std::size_t> pairs;
+    for (auto const& p : postings) {
+        bits[p.id / 8] = static_cast<char>(bits[p.id / 8] | (1 << (p.id % 8)));
+        ++pairs[{p.nameHits, p.purposeHits}];
+    }
+    auto const mode = std::max_element(pairs.begin(), pairs.end(), [](auto const& a, auto const& b) {
+                          return a.second < b.second;
+                      })->first;
+    Json except = Json::array();
+    for (auto const& p : postings)
+        if (std::pair(p.nameHits, p.purposeHits) != mode)
+            for (std::size_t value : {p.id, p.nameHits, p.purposeHits}) except.push_back(value);
+    // BM25's part for one entry, as search-rank.js computes it: the same operations in the same order.
+    auto const part = [&](Posting const& p) {
+        double const frequency = static_cast<double>(p.nameHits) * Bm25::weights[0] +
+                                 static_cast<double>(p.purposeHits) * Bm25::weights[1];
+        return (frequency * (Bm25::k1 + 1.0)) /
+               (frequency + Bm25::k1 * (1 - Bm25::b + (Bm25::b * static_cast<double>(p.words)) / averageLength));
+    };
+    std::vector<Posting> top(postings.begin(), postings.end());
+    std::sort(top.begin(), top.end(), [&](Posting const& a, Posting const& b) {
+        double const x = part(a), y = part(b);
+        return x != y ? x > y : a.order < b.order;
+    });
+    if (top.size() > searchTopPostings) top.resize(searchTopPostings);
+    return {{"n", postings.size()}, {"bits", base64(bits)}, {"mode", {mode.first, mode.second}},
+            {"except", std::move(except)}, {"top", flat(top)}, {"full", full}};
+}
+
 }  // namespace
 
 void writeSearchFiles(std::span<SearchEntry const> entries, SiteFileSink const& write) {
@@ -198,9 +255,11 @@ void writeSearchFiles(std::span<SearchEntry const> entries, SiteFileSink const& 
         for (auto const& [word, counts] : hits)
             postings[std::string(word)].push_back({i, counts.first, counts.second, words, order[i]});
     }
+    // A trie node's weight is its postings; a long word weighs what it writes there, its top.
     std::vector<std::pair<std::u32string, std::string>> wordKeys;
     for (auto const& [word, list] : postings)
-        for (std::size_t k = 0; k < list.size(); ++k) wordKeys.emplace_back(keyOf(word), word);
+        for (std::size_t k = 0, weight = list.size() > searchLongPostings ? searchTopPostings : list.size(); k < weight; ++k)
+            wordKeys.emplace_back(keyOf(word), word);
     auto const noWords = [](auto const&) { return std::vector<std::string>{}; };
     Trie<std::string> wordTrie = buildTrie(std::move(wordKeys), noWords);
 
@@ -233,15 +292,21 @@ void writeSearchFiles(std::span<SearchEntry const> entries, SiteFileSink const& 
     };
     writeNames("n", nameTrie);
     writeNames("l", lastTrie);
+    double const averageLength = count == 0 ? 0.0 : static_cast<double>(tokens) / static_cast<double>(count);
+    std::size_t fullFiles = 0;
     for (auto& [key, words] : wordTrie.nodes) {
         std::sort(words.begin(), words.end());
         words.erase(std::unique(words.begin(), words.end()), words.end());
         Json data = Json::object();
         for (auto const& word : words) {
-            Json list = Json::array();
-            for (auto const& p : postings[word])  // flat, five numbers a posting: cheaper to parse than arrays
-                for (std::size_t value : {p.id, p.nameHits, p.purposeHits, p.words, p.order}) list.push_back(value);
-            data[word] = std::move(list);
+            auto const& list = postings[word];
+            if (list.size() <= searchLongPostings) {
+                data[word] = flat(list);
+                continue;
+            }
+            std::string const full = fmt::format("f-{}", fullFiles);
+            write(folder + full + ".js", shardScript(full, flat(list)));
+            data[word] = longWord(list, count, averageLength, fullFiles++);
         }
         std::string const name = "w-" + hexOf(key);
         write(folder + name + ".js", shardScript(name, data));

@@ -8,7 +8,12 @@
 //   meta.js          entry count, token count, the ranking, which trie nodes are split and which have files
 //   n-<hex>.js       names by prefix: [id, name, order, then the entry as e-<n>.js has it] under one trie node
 //   l-<hex>.js       names by last component, the same way
-//   w-<hex>.js       words by prefix: {word: [id, name hits, purpose hits, entry words, order, id, ...]}
+//   w-<hex>.js       words by prefix: {word: [id, name hits, purpose hits, entry words, order, id, ...]};
+//                    a word in more than searchLongPostings entries is instead {n: entries holding it,
+//                    bits: base64 of a bit per entry, mode: [name hits, purpose hits] most entries have,
+//                    except: [id, name hits, purpose hits, ...] for the others, top: the searchTopPostings
+//                    postings a one-word query ranks first, full: the number of its f-<n>.js}
+//   f-<n>.js         the whole postings of one such word, read only by a query of several such words
 //   e-<n>.js         entries n*64 .. n*64+63: [name, type, entityType, functionType, purpose, deprecated, path]
 // A trie node holds every key under its prefix (code points, ASCII case folded); past
 // searchShardLimit keys it is split into one node per next character, and keeps only the
@@ -46,6 +51,12 @@ inline constexpr std::size_t searchShardLimit = 1000;
 /// Names a split name node keeps for prefix queries that end at it: results beyond this many
 /// in the prefix tier are not shown for such short queries.
 inline constexpr std::size_t searchPrefixCap = 100;
+/// Postings past which a word is written as a bit set with its exceptions (see above), so that
+/// a query need not load a posting for every entry of the set.
+inline constexpr std::size_t searchLongPostings = 2000;
+/// Postings of such a word kept in rank order for a one-word query: results beyond this many
+/// are not shown for a query of one such word alone.
+inline constexpr std::size_t searchTopPostings = 100;
 /// Entries per entry block file.
 inline constexpr std::size_t searchBlockSize = 64;
 

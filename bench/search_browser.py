@@ -8,7 +8,7 @@ results shown, every file it loads included) and one keystroke more ("sorte"), b
 the page itself. Sizes and pages are measured in turn; medians over three pages per size. Prints one JSON line per size and a ratio of the largest size
 to the smallest; the goal is at most 1.2 for load and first search.
 
-usage: search_browser.py --refpage BIN --pagegen BIN [--sizes 1000,50000] [--repeat 5] [--work DIR]
+usage: search_browser.py --refpage BIN --pagegen BIN [--sizes 1000,50000] [--repeat 5] [--work DIR] [--query Q]
 A site already in --work is reused (its build time is then not measured)."""
 import argparse
 import json
@@ -62,6 +62,7 @@ def main():
     parser.add_argument("--sizes", default="1000,50000")
     parser.add_argument("--repeat", type=int, default=5)
     parser.add_argument("--work", default="")
+    parser.add_argument("--query", default="sort", help="the first search; one keystroke more appends 'e'")
     args = parser.parse_args()
     work = args.work or tempfile.mkdtemp(prefix="search-bench-")
     os.makedirs(work, exist_ok=True)
@@ -88,7 +89,7 @@ def main():
         for _ in range(args.repeat):
             for size in sizes:
                 for page in sites[size]["pages"]:
-                    samples[size].append(measure_once(driver, page, "sort"))
+                    samples[size].append(measure_once(driver, page, args.query))
     finally:
         driver.quit()
     results = []

@@ -6,6 +6,7 @@ with a list, a table, code and a link, a figure, the package's navigation), rend
 usage: make_site_screenshot.py REFPAGE [OUTPUT.png]"""
 import json
 import os
+import shutil
 import struct
 import sys
 import tempfile
@@ -106,6 +107,7 @@ def main():
         driver.save_screenshot(output)
     finally:
         driver.quit()
+        shutil.rmtree(work, ignore_errors=True)
 
 
 if __name__ == "__main__":

@@ -9,9 +9,9 @@ packages=(
   libboost-dev libgtest-dev libgmock-dev libbenchmark-dev
   nlohmann-json3-dev libcli11-dev libfmt-dev libutfcpp-dev
   clang libclang-rt-14-dev valgrind binutils python3
-  libsqlite3-dev sqlite3 libmstch-dev libcmark-dev libutf8proc-dev
+  libsqlite3-dev sqlite3 libcmark-gfm-dev libcmark-gfm-extensions-dev libkainjow-mustache-dev libutf8proc-dev
   dpkg-dev fakeroot file pkg-config libxml2-utils lintian man-db
-  chromium chromium-driver python3-selenium
+  chromium chromium-driver python3-selenium nodejs
   zlib1g-dev python3-sphinx python3-jsonschema
 )
 # Peers of the benchmarks only (scripts/bench.sh): protocol buffers for the copy and equality baselines.
@@ -22,6 +22,8 @@ for package in "${packages[@]}"; do
   status=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)
   [ "$status" = "install ok installed" ] || missing+=("$package")
 done
+# npm installs axe-core for the browser tests; a node from elsewhere may bring its own npm.
+command -v npm >/dev/null || missing+=(npm)
 
 if [ ${#missing[@]} -eq 0 ]; then
   echo "setup: all ${#packages[@]} packages are installed"

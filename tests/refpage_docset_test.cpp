@@ -418,22 +418,4 @@ TEST_F(GeneratedSetTest, FindRanksTheSameFromTheIndexFileAndFromThePagesAndExits
     expectRun("find sort --index " + index(), 0, {"Name  ", "pkg."}, "2>/dev/null");
 }
 
-TEST_F(GeneratedSetTest, TheSiteScriptRanksExactlyAsFind) {
-    if (testvalues::runShell("command -v node >/dev/null 2>&1").status != 0) GTEST_SKIP() << "node is not installed";
-    std::string const data = (folder_ / "search-data.js").string();
-    std::ofstream(data) << "module.exports = " << refpage::LookupIndex::open(index()).searchData() << ";\n";
-    fs::path const driver = folder_.write("driver.js", fmt::format(
-        "const data = require({});\nconst {{ rankEntries }} = require({});\n"
-        "for (const query of JSON.parse(process.argv[2]))\n"
-        "  console.log(JSON.stringify(rankEntries(data, query, 0).map((hit) => hit.entry.name + '|' + hit.tier)));\n",
-        refpage::Json(data).dump(), refpage::Json(REFPROP_SOURCE_DIR "/tools/refpage/site/assets/search-rank.js").dump()));
-    ToolRun const script = testvalues::runShell(
-        fmt::format("node {} {}", driver.string(), shellQuoted(refpage::Json(queries).dump())));
-    ASSERT_EQ(script.status, 0) << script.output;
-    Lines const results = lines(script.output);
-    ASSERT_EQ(results.size(), queries.size());
-    for (std::size_t i = 0; i < queries.size(); ++i)
-        EXPECT_EQ(refpage::Json::parse(results[i]).get<Lines>(), found(queries[i], true)) << queries[i];
-}
-
 }  // namespace

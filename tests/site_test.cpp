@@ -66,12 +66,6 @@ TEST(SiteHtml, UnpairedSurrogatesBecomeReplacementCharacters) {
     EXPECT_EQ(utf8(text), "a\xef\xbf\xbd" "b\xef\xbf\xbd\xf0\x9f\x98\x80\xc3\xa9\xef\xbf\xbd");
 }
 
-TEST(SiteHtml, DescriptionsKeepPreformattedBlocksAndWrapParagraphs) {
-    EXPECT_EQ(descriptionHtml("One\ntwo <b>\n\n  code\n\n  more\n===  ==\n\nEnd\r\n"),
-              "<p>One\ntwo &lt;b&gt;</p>\n<pre>  code\n\n  more\n===  ==</pre>\n<p>End</p>\n");
-    EXPECT_EQ(descriptionHtml("\n \n"), "");
-}
-
 TEST(SiteHtml, OnlyHttpAndHttpsUrlsAreExternalLinks) {
     for (char const* url : {"https://example.org/a?b=1&c", "HTTP://example.org"}) EXPECT_TRUE(isWebUrl(url)) << url;
     for (char const* url : {"javascript:alert(1)", "JavaScript://%0aalert(1)", "data:text/html,x", "//example.org",
@@ -79,11 +73,35 @@ TEST(SiteHtml, OnlyHttpAndHttpsUrlsAreExternalLinks) {
         EXPECT_FALSE(isWebUrl(url)) << url;
 }
 
-TEST(SiteDocset, InfoPlistEscapesTheName) {
+TEST(SiteDocset, InfoPlistEscapesTheNameAndEnablesScriptsAndTheFallback) {
     std::string const plist = docsetInfoPlist("A&B <docs>");
     EXPECT_TRUE(contains(plist, "<key>CFBundleName</key>\n\t<string>A&amp;B &lt;docs&gt;</string>"));
     EXPECT_TRUE(contains(plist, "<key>CFBundleIdentifier</key>\n\t<string>abdocs</string>"));
+    EXPECT_TRUE(contains(plist, "<key>isJavaScriptEnabled</key>\n\t<true/>"));
+    EXPECT_FALSE(contains(plist, "DashDocSetFallbackURL"));
+    EXPECT_TRUE(contains(docsetInfoPlist("x", "https://e.org/a?b&c"),
+                         "<key>DashDocSetFallbackURL</key>\n\t<string>https://e.org/a?b&amp;c</string>"));
     EXPECT_EQ(docsetIdentifier("<>"), "docset");
+    for (auto const& icon : docsetIcons()) EXPECT_TRUE(icon.bytes.starts_with("\x89PNG\r\n")) << icon.file;
+}
+
+TEST(SiteTemplates, APartialIncludingItselfIsAnErrorNotACrash) {
+    testvalues::ScratchFolder const folder;
+    folder.write("templates/link.mustache", "<a>{{> link}}</a>");
+    PageErrors errors;
+    SiteTemplates const templates = SiteTemplates::load(folder / "templates", errors);
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_TRUE(contains(errors[0].message, "partial \"link\" is nested more than 8 partials deep")) << errors[0].message;
+    EXPECT_TRUE(templates.compiled()) << "the defaults stand in";
+    folder.write("templates/search.mustache", "{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}"
+                                              "{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}"
+                                              "{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}{{#a}}"
+                                              "{{#a}}{{#a}}{{#a}}");
+    std::filesystem::remove(folder / "templates/link.mustache");
+    errors.clear();
+    SiteTemplates::load(folder / "templates", errors);
+    ASSERT_EQ(errors.size(), 1u);
+    EXPECT_TRUE(contains(errors[0].message, "sections nest more than 32 deep")) << errors[0].message;
 }
 
 /// Pages in memory, "page<N>.json" in the order added, loaded as a doc set through the host.
@@ -126,7 +144,8 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
              R"j(, "SeeAlso": [{"Name": "b", "Url": "ref/b.html#x y"}, {"Name": "gone", "Url": "ref/none.html"},
                              {"Name": "js", "Url": "javascript:alert(1)"}, {"Name": "web", "Url": "https://e.org/?a&b"}],
                  "Outputs": [{"Name": "o", "Href": "#p.a-o"}, {"Name": "o2", "Href": "#p.a-o"}],
-                 "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}])j"));
+                 "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}],
+                 "Description": "See [b](ref/b.html), [x](#p.a-o) and [gone](ref/gone.html).")j"));
     add(page("p.b", "ref/b.html"));
     std::vector<std::string> const paths{"ref/gen/a.html", "ref/b.html"};
     LoadedSet const set = loaded();
@@ -137,11 +156,49 @@ TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
     EXPECT_TRUE(contains(out.html, R"(<span class="unresolved">gone</span>)"));
     EXPECT_TRUE(contains(out.html, R"j(<span class="text">js</span>)j"));
     EXPECT_TRUE(contains(out.html, R"(<a href="https://e.org/?a&amp;b" rel="external noopener noreferrer">web</a>)"));
-    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o">o</a>)"));
-    EXPECT_TRUE(contains(out.html, R"(<tr><th scope="row"><a href="#p.a-o">o2</a>)")) << "ids stay unique";
+    EXPECT_TRUE(contains(out.html, R"(<tr id="p.a-o"><th scope="row"><a href="#p.a-o"><span class="w">o</span><wbr></a>)"));
+    EXPECT_TRUE(contains(out.html, R"(<tr id="output-o2"><th scope="row"><a href="#p.a-o"><span class="w">o2</span><wbr></a>)"))
+        << "ids stay unique";
     EXPECT_TRUE(contains(out.html, R"(<div class="example" id="example-1">)"));
     EXPECT_TRUE(contains(out.html, R"(href="../../_site/style.css")"));
-    EXPECT_EQ(out.unresolved, std::vector<std::string>{"/SeeAlso/1/Url"});
+    EXPECT_TRUE(contains(out.html, R"(See <a href="../b.html">b</a>, <a href="#p.a-o">x</a> and <span class="link-text">gone</span>.)"));
+    EXPECT_EQ(out.unresolved, (std::vector<std::string>{"/Description", "/SeeAlso/1/Url"}));
+}
+
+TEST_F(SiteBuild, DocsetPagesHaveNoSiteHeaderAndCarryTableOfContentsAnchors) {
+    add(R"j({"Href": "ref/k.html", "RefEntities": [{"Name": "p.K", "RefEntityType": "class"},
+                                                  {"Name": "p.K.go", "RefEntityType": "method"}],
+             "ClassPropertyGroups": [{"Properties": [{"Name": "T", "Href": "#p.K-T"}]}],
+             "AppThumbnail": {"FileRef": "img/k.png", "Alt": "A plot"}})j");
+    std::vector<std::string> const paths{"ref/k.html"};
+    LoadedSet const set = loaded();
+    LoadResult const k = loadInput(inputs[0]);
+    SiteAssetCheck const none = [](std::string_view) { return false; };
+    SitePageView view{0, paths[0], &paths, &set.set, "T", "en", nullptr, &none, true};
+    std::string const html = renderSitePage(nativePage(k.page.get()), view, SiteTemplates::defaults()).html;
+    EXPECT_FALSE(contains(html, "site-header"));
+    EXPECT_FALSE(contains(html, "search.js"));
+    EXPECT_TRUE(contains(html, R"(<a class="dashAnchor" name="//apple_ref/cpp/Property/T"></a>)"));
+    EXPECT_TRUE(contains(html, R"(<dd id="p.K.go"><a class="dashAnchor" name="//apple_ref/cpp/Method/p.K.go"></a>)"));
+    EXPECT_TRUE(contains(html, R"(<a class="dashAnchor" name="//apple_ref/cpp/Section/Properties"></a>)"));
+    EXPECT_TRUE(contains(html, R"(<figcaption class="missing-image">A plot</figcaption>)")) << "no broken image";
+    view.docset = false;
+    EXPECT_FALSE(contains(renderSitePage(nativePage(k.page.get()), view, SiteTemplates::defaults()).html, "dashAnchor"));
+}
+
+TEST_F(SiteBuild, SidebarListsAtMostItsLimitAroundThePage) {
+    std::vector<SitePageSummary> summaries;
+    for (int i = 0; i < 100; ++i)
+        summaries.push_back({"p.n" + std::to_string(100 + i), "n" + std::to_string(i) + ".html", "p", "", false});
+    summaries.push_back({"q.only", "q.html", "q", "", false});
+    SiteNavigation const navigation(summaries);
+    auto const around = navigation.sidebarOf(50);
+    EXPECT_EQ(around.size(), sidebarPageLimit);
+    EXPECT_EQ(around.front(), 30u);
+    EXPECT_EQ(navigation.sidebarOf(0).front(), 0u);
+    EXPECT_EQ(navigation.sidebarOf(99).back(), 99u);
+    EXPECT_EQ(navigation.sidebarOf(100), std::vector<std::size_t>{100});
+    EXPECT_EQ(navigation.packages()[navigation.packageOf(100)].id, "package-q");
 }
 
 TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
@@ -179,6 +236,8 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     EXPECT_TRUE(buildSite(set, inputs, options).ok());
     EXPECT_TRUE(errors.empty());
     EXPECT_EQ(read(options.output / "ref" / "n0.html"), "<p>p.n0 é &lt;i&gt;</p>");
+    EXPECT_TRUE(contains(read(options.output / "ref" / "n1.html"), "<p>p.n1 é &lt;i&gt;</p>"))
+        << "compiled once, rendered for every page";
     EXPECT_TRUE(contains(read(options.output / "index.html"), "<!DOCTYPE html>"));
     SiteTemplates::load(templates / "missing", errors);
     EXPECT_EQ(errors.size(), 1u);
@@ -189,13 +248,15 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     add(R"({"Href": "a.html", "RefEntities": [{"Name": "Alpha"}], "PackageName": "zed", "DeprecationStatus": "warn"})");
     add(R"({"Href": "c.html", "RefEntities": [{"Name": "gamma"}]})");
     add(R"({"Href": "d.html", "RefEntities": [{"Name": "delta"}], "PackageName": "abc"})");
-    SiteOptions const options;
-    std::string const html = renderSiteIndex(loaded().set, {"b.html", "a.html", "c.html", "d.html"}, options);
+    SiteNavigation const navigation(siteSummaries(loaded().set, {"b.html", "a.html", "c.html", "d.html"}));
+    std::string const html = renderSiteIndex({&navigation, "T", "en", ""}, SiteTemplates::defaults());
     auto at = [&](std::string const& part) { return html.find(part); };
-    EXPECT_LT(at("<h2>abc</h2>"), at("<h2>Zed</h2>"));
-    EXPECT_LT(at("<h2>Zed</h2>"), at("<h2>zed</h2>"));
-    EXPECT_LT(at("<h2>zed</h2>"), at("<h2>Other pages</h2>"));
-    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html">Alpha</a> <span class="badge">deprecated</span>)"));
+    EXPECT_LT(at(R"(<h2 id="package-abc-title">abc)"), at(R"(<h2 id="package-Zed-title">Zed)"));
+    EXPECT_LT(at(R"(<h2 id="package-Zed-title">Zed)"), at(R"(<h2 id="package-zed-title">zed)"));
+    EXPECT_LT(at(R"(<h2 id="package-zed-title">zed)"), at(R"(<h2 id="package-other-title">Other pages)"));
+    EXPECT_TRUE(contains(html, R"(<li><a href="#package-Zed">Zed</a> <span class="count">(1)</span></li>)"))
+        << "a jump link per package";
+    EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html"><span class="w">Alpha</span><wbr></a> <span class="badge">deprecated</span>)"));
 }
 
 TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Browser tests of `refpage site` and `refpage docset`: the generated HTML loaded
 from file:// into headless Chromium (through chromedriver), read back from the DOM,
-searched with the keyboard, attacked with hostile page text, photographed at two
-widths, and the docset's index checked against its documents.
+searched with the keyboard, attacked with hostile page text, read as a reader would
+(no raw markup, whole names, no broken image, anchors, axe-core at two widths),
+photographed, and the docset's index checked against its documents.
 
 usage: site_browser_test.py --refpage BIN --artifacts DIR [--pagegen BIN] [--corpus DIR] [unittest args]
 Exits 77 (skipped) only when Chromium cannot start."""
@@ -85,15 +86,21 @@ def check_links_lead_to_files(test):
 
 
 def search(query):
-    """Types `query` into the open page's search box; returns the box and the names of the hits."""
+    """Types `query` into the open page's search box and waits for its answer (search data
+    loads only then); returns the box and the names of the hits."""
+    from selenium.webdriver.support.ui import WebDriverWait
     box = BROWSER.find_element("id", "search-box")
     box.clear()
     box.send_keys(query)
+    WebDriverWait(BROWSER, 10).until(
+        lambda _: dom("return document.documentElement.getAttribute('data-search-query')") == query.strip())
     return box, dom("return [...document.querySelectorAll('#search-results .hit-name')].map(e => e.textContent)")
 
 
 def shown_name():
-    return dom("return document.querySelector('h1').firstChild.textContent")
+    """The open page's title as its <h1> shows it, without the kind."""
+    return dom("return [...document.querySelector('h1').childNodes].filter(n => !n.classList || "
+               "!n.classList.contains('kind')).map(n => n.textContent).join('').trim()")
 
 
 class LinkedSite(unittest.TestCase):
@@ -116,7 +123,7 @@ class LinkedSite(unittest.TestCase):
         levels = dom("return [...document.querySelectorAll('main h1, main h2, main h3')].map(h => +h.tagName[1])")
         self.assertEqual(levels[0], 1)
         self.assertTrue(all(b - a <= 1 for a, b in zip(levels, levels[1:])), levels)
-        self.assertEqual(dom("return [...document.querySelectorAll('h2')].map(h => h.textContent)"),
+        self.assertEqual(dom("return [...document.querySelectorAll('section > h2')].map(h => h.textContent)"),
                          ["Description", "Syntax (Usage)", "Input Arguments", "Outputs", "Sort properties",
                           "Parameters", "Examples", "See also"])
         text = dom("return document.querySelector('main').innerText")
@@ -126,14 +133,17 @@ class LinkedSite(unittest.TestCase):
             self.assertIn(shown, text)
         self.assertEqual(dom("return document.querySelectorAll('.deprecated').length"), 0)
         self.assertEqual(dom("return document.querySelector('.description pre').textContent"),
-                         "    indented = code(block)\n    kept  as  is")
+                         "indented = code(block)\nkept  as  is\n")
         self.assertEqual(dom("return document.querySelectorAll('.description p').length"), 2)
         self.assertTrue(dom("return [...document.querySelectorAll('thead th')].every(th => th.scope === 'col') && "
                             "[...document.querySelectorAll('tbody th')].every(th => th.scope === 'row')"))
-        self.assertEqual(dom("return document.querySelector('.thumbnail img').alt"), "A sorted bar chart")
-        self.assertEqual(dom("return typeof window.refpageSearchIndex"), "object",
-                         "the search data must load under the page's Content-Security-Policy")
-        self.assertEqual(dom("return getComputedStyle(document.querySelector('h2')).borderBottomStyle"), "solid",
+        self.assertEqual(dom("return document.querySelector('.thumbnail .missing-image').textContent"),
+                         "A sorted bar chart", "a thumbnail whose file is not in the site shows its alt text")
+        self.assertEqual(dom("return typeof window.refpageSearchRank"), "object",
+                         "the scripts must load under the page's Content-Security-Policy")
+        self.assertEqual(dom("return document.querySelectorAll('script[src*=\"_site/search/\"]').length"), 0,
+                         "no search data loads before the reader searches")
+        self.assertEqual(dom("return getComputedStyle(document.querySelector('section > h2')).borderBottomStyle"), "solid",
                          "the stylesheet must load under the page's Content-Security-Policy")
 
     def test_links_lead_to_their_pages_and_unresolved_ones_are_text(self):
@@ -247,7 +257,7 @@ class Docset(unittest.TestCase):
     def test_plist_index_and_documents_agree(self):
         source = pages.write_set(os.path.join(WORK, "docset-pages"), pages.linked_set())
         docset = os.path.join(WORK, "Demo.docset")
-        refpage("docset", source, "-o", docset, "--name", "Demo <Docs>", "-q")
+        refpage("docset", source, "-o", docset, "--name", "Demo <Docs>", "-q", "--base-url", "https://example.org/demo/")
         documents = os.path.join(docset, "Contents", "Resources", "Documents")
         plist = os.path.join(docset, "Contents", "Info.plist")
         ElementTree.parse(plist)
@@ -255,6 +265,11 @@ class Docset(unittest.TestCase):
             info = plistlib.load(file)
         self.assertEqual((info["CFBundleName"], info["CFBundleIdentifier"], info["DocSetPlatformFamily"],
                           info["isDashDocset"]), ("Demo <Docs>", "demodocs", "demodocs", True))
+        self.assertEqual((info["isJavaScriptEnabled"], info["DashDocSetFallbackURL"]), (True, "https://example.org/demo/"))
+        for icon, size in (("icon.png", 16), ("icon@2x.png", 32)):
+            with open(os.path.join(docset, icon), "rb") as file:
+                header = file.read(24)
+            self.assertEqual((header[:8], int.from_bytes(header[16:20], "big")), (b"\x89PNG\r\n\x1a\n", size), icon)
         self.assertTrue(os.path.isfile(os.path.join(documents, info["dashIndexFilePath"])))
         with sqlite3.connect(os.path.join(docset, "Contents", "Resources", "docSet.dsidx")) as db:
             self.assertEqual([row[1] for row in db.execute("PRAGMA table_info(searchIndex)")],
@@ -266,6 +281,14 @@ class Docset(unittest.TestCase):
             self.assertTrue(os.path.isfile(os.path.join(documents, unquote(path.partition("#")[0]))), name)
         open_page(os.path.join(documents, "index.html"))
         self.assertEqual(BROWSER.title, "Demo <Docs>")
+        # A page as a docset browser shows it: no site header or search, Dash's table of contents.
+        open_page(os.path.join(documents, "reference", "generated", "demo.sort.html"))
+        self.assertEqual(dom("return document.querySelectorAll('.site-header, #search-box').length"), 0)
+        anchors = dom("return [...document.querySelectorAll('a.dashAnchor')].map(a => a.name)")
+        self.assertIn("//apple_ref/cpp/Section/Input%20Arguments", anchors)
+        self.assertIn("//apple_ref/cpp/Property/Stable", anchors)
+        self.assertEqual(len(anchors), len(set(anchors)))
+        self.assertEqual(console_errors(), [])
 
 
 class GeneratedSite(unittest.TestCase):
@@ -285,7 +308,7 @@ class GeneratedSite(unittest.TestCase):
 
     def test_every_page_renders_and_its_links_lead_to_files(self):
         files = sorted(str(path) for path in pathlib.Path(self.site).rglob("*.html"))
-        self.assertEqual(len(files), 150 + 1)
+        self.assertEqual(len(files), 150 + 2)  # and index.html, 404.html
         for file in files[:: max(1, len(files) // 12)]:
             open_page(file)
             self.assertTrue(dom("return document.querySelector('h1').textContent.length > 0"), file)
@@ -303,7 +326,7 @@ class GeneratedSite(unittest.TestCase):
         self.assertTrue(all(hit.rsplit(".", 1)[-1] == leaf for hit in top), (leaf, hits))
         self.assertEqual(set(top), exact)
         box.send_keys(Keys.ENTER)
-        self.assertEqual(shown_name(), hits[0] + " ")
+        self.assertEqual(shown_name(), hits[0])
 
 
 class CorpusSite(unittest.TestCase):
@@ -315,10 +338,171 @@ class CorpusSite(unittest.TestCase):
         site = os.path.join(WORK, "corpus-site")
         refpage("site", os.environ["REFPAGE_CORPUS"], "-o", site, "-q", "-j", "2")
         open_page(os.path.join(site, "reference", "generated", "numpy.sort.html"))
-        self.assertEqual(shown_name(), "numpy.sort ")
+        self.assertEqual(shown_name(), "numpy.sort")
         check_links_lead_to_files(self)
         self.assertEqual(search("argmax")[1][0], "numpy.argmax")
         self.assertEqual(console_errors(), [])
+
+
+AXE_SOURCE = None
+# Markup that CommonMark would have rendered had it been read: fences, links, strong
+# emphasis, code spans, headings, table rows.
+NO_RAW_MARKUP = r"```|\]\(|\*\*[^\s*][^*\n]*[^\s*]\*\*|(^|\s)`[^`\s][^`]*`|(^|\n)#{1,6} |(^|\n)\|[^\n]*\|"
+
+
+def axe_source():
+    """axe-core from the npm registry, installed once into the build folder beside the artifacts."""
+    global AXE_SOURCE
+    if AXE_SOURCE is None:
+        folder = os.path.join(os.path.dirname(os.path.abspath(ARGS.artifacts)), "axe")
+        script = os.path.join(folder, "node_modules", "axe-core", "axe.min.js")
+        if not os.path.isfile(script):
+            if not shutil.which("npm"):
+                raise unittest.SkipTest("npm is not installed, so axe-core cannot be")
+            result = subprocess.run(["npm", "install", "--no-audit", "--no-fund", "--prefix", folder, "axe-core@4"],
+                                    capture_output=True, text=True, timeout=300)
+            if result.returncode != 0 or not os.path.isfile(script):
+                raise unittest.SkipTest("npm could not install axe-core: " + result.stderr.strip()[-300:])
+        with open(script, encoding="utf-8") as file:
+            AXE_SOURCE = file.read()
+    return AXE_SOURCE
+
+
+def axe_violations():
+    """axe-core's violations on the open page: rule id, impact and the first offending element."""
+    dom(axe_source())
+    BROWSER.set_script_timeout(60)
+    result = BROWSER.execute_async_script(
+        "const done = arguments[arguments.length - 1];"
+        "axe.run(document).then(r => done(r.violations.map(v => [v.id, v.impact, v.nodes[0].html])),"
+        " e => done([['axe failed', String(e), '']]));")
+    return result
+
+
+def reader_problems(test, path):
+    """What a reader would see wrong on the page at `path`, at the window's current width."""
+    open_page(path)
+    problems = []
+    text = dom("const main = document.querySelector('main').cloneNode(true);"
+               "main.querySelectorAll('pre, code, tbody th, td.value').forEach(e => e.remove()); return main.innerText")
+    import re
+    raw = re.search(NO_RAW_MARKUP, text)
+    if raw:
+        problems.append("raw markup %r" % text[max(0, raw.start() - 30):raw.end() + 30])
+    split = dom("""
+        let split = [];
+        for (const cell of document.querySelectorAll('section.arguments tbody th, td.value, h1, .sidebar a')) {
+          const walker = document.createTreeWalker(cell, NodeFilter.SHOW_TEXT);
+          for (let node; (node = walker.nextNode());) {
+            const re = /\\S+/g;
+            for (let m; (m = re.exec(node.data));) {
+              const range = document.createRange();
+              range.setStart(node, m.index);
+              range.setEnd(node, m.index + m[0].length);
+              const lines = new Set([...range.getClientRects()].filter(r => r.width > 0).map(r => Math.round(r.top)));
+              if (lines.size > 1) split.push(m[0]);
+            }
+          }
+        }
+        return split.slice(0, 5);""")
+    if split:
+        problems.append("names split inside a word: %s" % split)
+    broken = dom("return [...document.images].filter(i => !i.complete || i.naturalWidth === 0).map(i => i.src)")
+    if broken:
+        problems.append("broken images: %s" % broken)
+    missing = dom("return [...document.querySelectorAll('article > section > h2, section.arguments tbody tr, .example')]"
+                  ".filter(e => !e.id).map(e => e.outerHTML.slice(0, 80))")
+    if missing:
+        problems.append("no anchor: %s" % missing[:3])
+    ids = dom("return [...document.querySelectorAll('[id]')].map(e => e.id)")
+    if len(ids) != len(set(ids)):
+        problems.append("repeated ids")
+    anchors = dom("return [...document.querySelectorAll('a.anchor')].map(a => a.getAttribute('href').slice(1))")
+    unknown = [a for a in anchors if unquote(a) not in set(ids)]
+    if unknown:
+        problems.append("anchor links to no id: %s" % unknown[:3])
+    check_links_lead_to_files(test)
+    return problems
+
+
+class ReaderView(unittest.TestCase):
+    """What a reader sees, at a desktop width and a phone's, over a pagegen set and the sample
+    pages: no markup left raw, no name split inside a word, no broken image, every heading, row
+    and example with its anchor, no axe-core violation."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.sites = []
+        if ARGS.pagegen:
+            source = os.path.join(WORK, "reader-pages")
+            subprocess.run([ARGS.pagegen, "--seed", "11", "--pages", "120", "--deprecated", "0.05", "-o", source],
+                           check=True, capture_output=True)
+            site = os.path.join(WORK, "reader-site")
+            refpage("site", source, "-o", site, "-q", "-j", "2")
+            cls.sites.append(site)
+        if os.path.isdir(os.environ.get("REFPAGE_CORPUS", "")):
+            site = os.path.join(WORK, "reader-corpus")
+            refpage("site", os.environ["REFPAGE_CORPUS"], "-o", site, "-q", "-j", "2")
+            cls.sites.append(site)
+        if not cls.sites:
+            raise unittest.SkipTest("neither pagegen nor the sample corpus was given")
+
+    @classmethod
+    def tearDownClass(cls):
+        BROWSER.set_window_size(1280, 900)
+
+    def sample(self, site, count):
+        files = sorted(str(p) for p in pathlib.Path(site, "reference").rglob("*.html"))
+        return files[:: max(1, len(files) // count)]
+
+    def test_pages_read_whole_at_desktop_and_phone_widths(self):
+        for width in (1366, 390):
+            BROWSER.set_window_size(width, 900)
+            for site in self.sites:
+                for file in self.sample(site, 25):
+                    with self.subTest(width=width, page=os.path.relpath(file, site)):
+                        self.assertEqual(reader_problems(self, file), [])
+
+    def test_corpus_pages_with_tables_and_descriptions(self):
+        corpus = [site for site in self.sites if site.endswith("reader-corpus")]
+        if not corpus:
+            self.skipTest("the sample corpus is absent")
+        for width in (1366, 390):
+            BROWSER.set_window_size(width, 900)
+            for name in ("numpy.ndarray", "numpy.einsum", "numpy.piecewise", "numpy.absolute", "numpy.sort"):
+                with self.subTest(width=width, page=name):
+                    self.assertEqual(reader_problems(self, os.path.join(corpus[0], "reference", "generated",
+                                                                        name + ".html")), [])
+
+    def test_no_axe_violation_at_either_width(self):
+        site = self.sites[-1]
+        pages_ = self.sample(site, 3) + [os.path.join(site, "index.html")]
+        for width in (1366, 390):
+            BROWSER.set_window_size(width, 900)
+            for file in pages_:
+                with self.subTest(width=width, page=os.path.relpath(file, site)):
+                    open_page(file)
+                    self.assertEqual(axe_violations(), [])
+
+    def test_screenshots_of_a_page_the_index_and_a_phone(self):
+        os.makedirs(ARGS.artifacts, exist_ok=True)
+        site = self.sites[-1]
+        page_ = os.path.join(site, "reference", "generated", "numpy.ndarray.html")
+        if not os.path.isfile(page_):
+            page_ = self.sample(site, 3)[1]
+        for name, path, width, height in (("page", page_, 1366, 1000), ("index", os.path.join(site, "index.html"), 1366, 1000),
+                                          ("phone", page_, 390, 844)):
+            BROWSER.set_window_size(width, height)
+            open_page(path)
+            self.assertTrue(BROWSER.save_screenshot(os.path.join(ARGS.artifacts, "reader-%s.png" % name)))
+
+    @unittest.expectedFailure  # needs the lead's member entries (class properties are entries); remove then
+    def test_search_finds_class_members(self):
+        corpus = [site for site in self.sites if site.endswith("reader-corpus")]
+        if not corpus:
+            raise AssertionError("the sample corpus is absent")
+        open_page(os.path.join(corpus[0], "index.html"))
+        self.assertIn("numpy.ndarray.T", search("ndarray.T")[1])
 
 
 def main():

@@ -54,7 +54,12 @@ public:
         page["IntroducedIn"] = full() || random_.chance(80'000) ? text_.version() : "";
         page["Description"] = !full() && random_.chance(150'000)
                                   ? std::string()
-                                  : text_.description(scaled(random_.between(60, 640)));
+                                  : text_.description(scaled(random_.between(60, 640)),
+                                                      [this] {
+                                                          Link const target = link();
+                                                          return std::pair(target.name, target.href);
+                                                      },
+                                                      leaf_);
         bool const thumbnail = full() || random_.chance(30'000);
         page["AppThumbnail"] = {{"FileRef", thumbnail ? "images/" + leaf_ + ".png" : ""},
                                 {"Alt", thumbnail ? text_.sentence(random_.between(3, 7)) : ""}};

@@ -90,30 +90,47 @@ std::string Text::sentences(std::size_t chars) {
     return result;
 }
 
-std::string Text::description(std::size_t chars) {
+std::string Text::description(std::size_t chars, std::function<std::pair<std::string, std::string>()> const& link,
+                              std::string const& stem) {
     constexpr std::size_t width = 75;
     std::string result;
+    std::size_t figures = 0;
     auto const newParagraph = [&] {
         if (!result.empty()) result += "\n\n";
     };
     while (result.size() < chars) {
-        std::size_t const kind = random_.below(10);
+        std::size_t const kind = random_.below(20);
         newParagraph();
-        if (kind == 0) {  // an indented example block
+        if (kind < 2) {  // a fenced example session
             std::size_t const lines = random_.between(1, 4);
-            for (std::size_t i = 0; i < lines; ++i) {
-                if (i > 0) result += '\n';
-                result += (i == 0 ? "    >>> " : "    ... ") + codeLine(word());
-            }
-        } else if (kind == 1) {  // a bulleted list whose items continue on indented lines
+            result += "```python\n";
+            for (std::size_t i = 0; i < lines; ++i) result += (i == 0 ? ">>> " : "... ") + codeLine(word()) + "\n";
+            result += "```";
+        } else if (kind < 4) {  // a bulleted list whose items continue on indented lines
             std::size_t const items = random_.between(2, 4);
             for (std::size_t i = 0; i < items; ++i) {
                 if (i > 0) result += '\n';
-                result += "* " + sentence(random_.between(5, 9));
+                result += "- " + sentence(random_.between(5, 9));
                 if (random_.chance(500'000)) result += "\n  " + sentence(random_.between(4, 8));
             }
-        } else {  // a paragraph broken into lines
-            std::string const text = sentences(random_.between(60, 400));
+        } else if (kind == 4 && random_.chance(400'000)) {  // a table of names and meanings
+            std::size_t const rows = random_.between(2, 4);
+            result += "| Name | Meaning |\n|:-----|:--------|";
+            for (std::size_t i = 0; i < rows; ++i) result += "\n| `" + identifier() + "` | " + sentence(random_.between(3, 7)) + " |";
+        } else if (kind == 5 && random_.chance(300'000)) {  // a figure
+            result += "![" + sentence(random_.between(3, 6)) + "](images/" + stem + "-" + std::to_string(++figures) + ".png)";
+        } else {  // a paragraph broken into lines, now and then with emphasis and a link
+            std::string text = sentences(random_.between(60, 400));
+            if (random_.chance(300'000)) {
+                std::size_t const space = text.find(' ', text.size() / 3);
+                std::size_t const next = space == std::string::npos ? space : text.find(' ', space + 1);
+                if (next != std::string::npos && text.find_first_of("`*.", space + 1) > next)
+                    text = text.substr(0, space + 1) + "*" + text.substr(space + 1, next - space - 1) + "*" + text.substr(next);
+            }
+            if (link && random_.chance(400'000)) {
+                auto const [name, href] = link();
+                if (!href.empty()) text += " See [" + name + "](" + href + ").";
+            }
             std::size_t column = 0;
             std::size_t start = 0;
             while (start < text.size()) {

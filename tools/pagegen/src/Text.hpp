@@ -6,7 +6,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace pagegen {
 
@@ -27,9 +29,12 @@ public:
     std::string sentence(std::size_t words);
     /// Sentences adding up to about `chars` bytes, on one line.
     std::string sentences(std::size_t chars);
-    /// About `chars` bytes in lines of at most about 75 characters: paragraphs parted by blank lines,
-    /// among them now and then an indented example block or a bulleted list with indented continuations.
-    std::string description(std::size_t chars);
+    /// About `chars` bytes of CommonMark in lines of at most about 75 characters: paragraphs parted
+    /// by blank lines with emphasis, inline code and links from `link` (a name and an Href relative
+    /// to the doc set's root), among them now and then a fenced Python example, a bulleted list with
+    /// indented continuations, a table, or an image of `images/<stem>-<n>.png`.
+    std::string description(std::size_t chars, std::function<std::pair<std::string, std::string>()> const& link,
+                            std::string const& stem);
     /// A line of code calling `callee`, as "y = pkg.sort(a, 3)".
     std::string codeLine(std::string const& callee);
     /// A version number, as "1.17.0".

@@ -1,5 +1,7 @@
 #include "SiteInputs.hpp"
 
+#include <refpage/site/Html.hpp>
+
 #include <fmt/format.h>
 
 #include <refpage/format/Inputs.hpp>
@@ -44,6 +46,7 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
     }
     inputs.site.jobs = global.jobs;
     if (!options.title.empty()) inputs.site.title = options.title;
+    inputs.site.baseUrl = options.baseUrl;
     if (!options.templates.empty()) {
         PageErrors errors;
         inputs.site.templates = SiteTemplates::load(options.templates, errors);
@@ -81,9 +84,13 @@ void addSiteOptions(CLI::App& cli, SiteCommandOptions& options, char const* outp
         ->required();
     cli.add_option("-o,--output", options.output, outputHelp)->required();
     cli.add_option("--templates", options.templates,
-                   "Folder whose page.mustache, index.mustache, link.mustache, search.mustache, style.css, "
-                   "search.js or search-rank.js replace the defaults");
+                   "Folder whose page.mustache, index.mustache, 404.mustache, link.mustache, search.mustache, "
+                   "style.css, site.js, search.js or search-rank.js replace the defaults");
     cli.add_option("--title", options.title, "Title shown on every page");
+    cli.add_option("--base-url", options.baseUrl,
+                   "URL where the site will be served (http or https); 404.html links from it, and a docset "
+                   "names it as its online fallback")
+        ->check([](std::string const& url) { return isWebUrl(url) ? std::string() : "must be an http: or https: URL"; });
 }
 
 }  // namespace refpage

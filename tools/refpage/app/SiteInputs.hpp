@@ -19,6 +19,7 @@ struct SiteCommandOptions {
     std::string output;              ///< the site folder, or the NAME.docset folder
     std::string templates;           ///< a folder of replacement templates; empty for the defaults
     std::string title;               ///< the site's title; empty for the default
+    std::string baseUrl;             ///< where the site will be served (--base-url); empty for none
 };
 
 struct SiteInputs {
@@ -37,7 +38,7 @@ struct SiteInputs {
 int runSiteBuild(SiteCommandOptions const& options, GlobalOptions const& global, char const* what,
                  FunctionRef<SiteReport(SiteInputs& inputs)> build);
 
-/// Adds PAGES, -o, --templates and --title.
+/// Adds PAGES, -o, --templates, --title and --base-url.
 void addSiteOptions(CLI::App& cli, SiteCommandOptions& options, char const* outputHelp);
 
 }  // namespace refpage

@@ -1,28 +1,53 @@
-// Search box of a generated reference site. No framework, nothing from the network:
-// the data comes from _site/search-index.js (window.refpageSearchIndex: the lookup index's
-// search data, each entry with its page's site path) and the ranking from _site/search-rank.js
-// (window.refpageSearchRank, the same ranking as `refpage find`), both loaded by <script src>, so
-// it works from file:// without a server. Results are built with textContent only.
+// Search box of a generated reference site. No framework, nothing from the network: the
+// search data is _site/search/*.js (see Search.hpp), loaded by <script src> only once the
+// reader types, and then only the shards the query needs, so that it works from file://
+// and a page costs the same with any number of entries. Ranking: search-rank.js, the same
+// as `refpage find`. Results are built with textContent only.
 (function () {
   "use strict";
-  var data = window.refpageSearchIndex;
   var box = document.getElementById("search-box");
   var list = document.getElementById("search-results");
-  if (!data || !box || !list) return;
+  var ranking = window.refpageSearchRank;
+  if (!box || !list || !ranking || typeof ranking.rankLoaded !== "function") return;
   var root = document.documentElement.getAttribute("data-root") || "";
   var limit = 20;
   var hits = [];
   var active = -1;
+  var shards = {};   // shard name -> its data, once loaded
+  var loading = {};  // shard name -> callbacks waiting for it
+  var meta = null;
+  var current = 0;   // the number of the latest query; older answers are dropped
 
-  // The one ranking of `refpage find`, from search-rank.js: entry indexes, best first.
-  var ranking = window.refpageSearchRank;
-  if (!ranking || typeof ranking.rankEntries !== "function") return;
-  function rank(index, query, max) {
-    return ranking.rankEntries(index, query, max).map(function (hit) { return hit.index; });
+  window.refpageSearchShard = function (name, data) { shards[name] = data; };
+
+  // Loads the shards not yet loaded, then calls done(); a missing shard holds nothing.
+  function load(names, done) {
+    var waiting = 0;
+    function one() { if (--waiting === 0) done(); }
+    names.forEach(function (name) {
+      if (Object.prototype.hasOwnProperty.call(shards, name)) return;
+      ++waiting;
+      if (loading[name]) { loading[name].push(one); return; }
+      loading[name] = [one];
+      var script = document.createElement("script");
+      script.src = root + "_site/search/" + name + ".js";
+      script.async = true;
+      function finish() {
+        if (!Object.prototype.hasOwnProperty.call(shards, name)) shards[name] = null;
+        var callbacks = loading[name];
+        delete loading[name];
+        script.remove();
+        callbacks.forEach(function (callback) { callback(); });
+      }
+      script.onload = finish;
+      script.onerror = finish;
+      document.head.appendChild(script);
+    });
+    if (waiting === 0) done();
   }
 
   function open(i) {
-    if (i >= 0 && i < hits.length) window.location.href = root + data.entries[hits[i]].path;
+    if (i >= 0 && i < hits.length) window.location.href = root + hits[i].path;
   }
 
   function select(i) {
@@ -37,12 +62,10 @@
     }
   }
 
-  function show() {
-    var query = box.value.trim();
-    hits = query ? rank(data, query, limit) : [];
+  function render(entries) {
+    hits = entries;
     list.textContent = "";
-    hits.forEach(function (entryIndex, i) {
-      var entry = data.entries[entryIndex];
+    hits.forEach(function (entry, i) {
       var item = document.createElement("li");
       item.id = "search-hit-" + i;
       item.setAttribute("role", "option");
@@ -71,7 +94,35 @@
     select(hits.length ? 0 : -1);
   }
 
-  box.addEventListener("input", show);
+  function search() {
+    var query = box.value.trim();
+    var mine = ++current;
+    if (!query) { render([]); return; }
+    var start = window.performance ? performance.now() : 0;
+    load(["meta"], function () {
+      meta = shards.meta;
+      if (!meta || mine !== current) return;
+      load(ranking.shardsFor(meta, query), function () {
+        if (mine !== current) return;
+        load(ranking.moreShardsFor(meta, shards, query), function () {
+          if (mine !== current) return;
+          var ranked = ranking.rankLoaded(meta, shards, query, limit);
+          var ids = ranked.map(function (hit) { return hit.id; });
+          load(ranking.blocksFor(meta, shards, ids, query), function () {
+            if (mine !== current) return;
+            render(ids.map(function (id) { return ranking.entryOf(meta, shards, id, query); }).filter(Boolean));
+            // For tests and benchmarks: which query the list shows, and how long it took.
+            document.documentElement.setAttribute("data-search-query", query);
+            if (window.performance) {
+              document.documentElement.setAttribute("data-search-ms", String(performance.now() - start));
+            }
+          });
+        });
+      });
+    });
+  }
+
+  box.addEventListener("input", search);
   box.addEventListener("keydown", function (event) {
     if (event.key === "ArrowDown" && hits.length) {
       select((active + 1) % hits.length);
@@ -84,7 +135,7 @@
       event.preventDefault();
     } else if (event.key === "Escape") {
       box.value = "";
-      show();
+      search();
     }
   });
   box.addEventListener("blur", function () { list.hidden = true; });

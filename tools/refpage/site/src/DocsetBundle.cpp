@@ -17,8 +17,11 @@ std::string docsetIdentifier(std::string_view name) {
     return id.empty() ? std::string("docset") : id;
 }
 
-std::string docsetInfoPlist(std::string_view name) {
+std::string docsetInfoPlist(std::string_view name, std::string_view baseUrl) {
     std::string const id = docsetIdentifier(name);
+    std::string const fallback =
+        baseUrl.empty() ? std::string()
+                        : fmt::format("\t<key>DashDocSetFallbackURL</key>\n\t<string>{}</string>\n", escapeHtml(baseUrl));
     return fmt::format(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
         "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
@@ -27,17 +30,25 @@ std::string docsetInfoPlist(std::string_view name) {
         "\t<key>CFBundleName</key>\n\t<string>{1}</string>\n"
         "\t<key>DocSetPlatformFamily</key>\n\t<string>{0}</string>\n"
         "\t<key>isDashDocset</key>\n\t<true/>\n"
+        "\t<key>isJavaScriptEnabled</key>\n\t<true/>\n"
         "\t<key>dashIndexFilePath</key>\n\t<string>index.html</string>\n"
+        "{2}"
         "</dict>\n</plist>\n",
-        escapeHtml(id), escapeHtml(name));
+        escapeHtml(id), escapeHtml(name), fallback);
+}
+
+std::vector<DocsetIcon> docsetIcons() {
+    return {{"icon.png", defaultSiteFile("icon.png")}, {"icon@2x.png", defaultSiteFile("icon@2x.png")}};
 }
 
 SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> inputs, std::filesystem::path const& output,
                        std::string_view name, SiteOptions site) {
     if (site.title == SiteOptions{}.title) site.title = std::string(name);
+    site.docset = true;
     OutputFolder out(output);
     SiteReport report = writeSite(loaded, inputs, site, out, "Contents/Resources/Documents/");
-    out.writeFile("Contents/Info.plist", docsetInfoPlist(name));
+    out.writeFile("Contents/Info.plist", docsetInfoPlist(name, site.baseUrl));
+    for (auto const& icon : docsetIcons()) out.writeFile(icon.file, icon.bytes);
     nlohmann::json const meta{{"name", std::string(name)}, {"title", std::string(name)}};
     out.writeFile("meta.json", meta.dump(1, ' ', true, nlohmann::json::error_handler_t::replace) + "\n");
     // The docset's index is the lookup index, its paths the pages' places in the site, written

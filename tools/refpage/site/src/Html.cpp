@@ -1,7 +1,6 @@
 #include <refpage/site/Html.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>
-#include <vector>
 
 namespace refpage {
 
@@ -28,16 +27,6 @@ std::size_t utf8Length(std::string_view text, std::size_t i) {
     }
     if (code < min || code > 0x10ffff || (code >= 0xd800 && code <= 0xdfff)) return 0;
     return length;
-}
-
-bool blankLine(std::string_view line) {
-    return line.find_first_not_of(" \t\r") == std::string_view::npos;
-}
-
-bool preformattedLine(std::string_view line) {
-    if (!line.empty() && (line.front() == ' ' || line.front() == '\t')) return true;
-    return line.size() >= 3 && line.find_first_not_of("=- ") == std::string_view::npos &&
-           line.find_first_of("=-") != std::string_view::npos;
 }
 
 }  // namespace
@@ -75,60 +64,6 @@ std::string escapeHtml(std::string_view text) {
                 else out += c;
         }
         ++i;
-    }
-    return out;
-}
-
-std::string descriptionHtml(std::string_view text) {
-    std::vector<std::string_view> lines;
-    for (std::size_t start = 0; start <= text.size();) {
-        std::size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        std::string_view line = text.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-        lines.push_back(line);
-        start = end + 1;
-    }
-    struct Block {
-        std::size_t first, last;  ///< line range [first, last)
-        bool pre;
-    };
-    std::vector<Block> blocks;
-    for (std::size_t i = 0; i < lines.size();) {
-        if (blankLine(lines[i])) {
-            ++i;
-            continue;
-        }
-        Block block{i, i, false};
-        while (block.last < lines.size() && !blankLine(lines[block.last])) {
-            block.pre = block.pre || preformattedLine(lines[block.last]);
-            ++block.last;
-        }
-        blocks.push_back(block);
-        i = block.last;
-    }
-    std::string out;
-    for (std::size_t b = 0; b < blocks.size(); ++b) {
-        Block const& block = blocks[b];
-        if (!block.pre) {
-            out += "<p>";
-            for (std::size_t i = block.first; i < block.last; ++i) {
-                if (i != block.first) out += '\n';
-                out += escapeHtml(lines[i]);
-            }
-            out += "</p>\n";
-            continue;
-        }
-        // Neighbouring preformatted blocks, with the blank lines between them, make one <pre>.
-        std::size_t end = b;
-        while (end + 1 < blocks.size() && blocks[end + 1].pre) ++end;
-        out += "<pre>";
-        for (std::size_t i = block.first; i < blocks[end].last; ++i) {
-            if (i != block.first) out += '\n';
-            out += escapeHtml(lines[i]);
-        }
-        out += "</pre>\n";
-        b = end;
     }
     return out;
 }

@@ -18,17 +18,6 @@ bool endsWith(std::string_view text, std::string_view tail) {
     return text.size() >= tail.size() && equalsIgnoringAsciiCase(text.substr(text.size() - tail.size()), tail);
 }
 
-/// True when `path` has a segment, or is in all, longer than a site path may be.
-bool tooLong(std::string_view path) {
-    if (path.size() > maxSitePathBytes) return true;
-    for (std::size_t start = 0; start <= path.size();) {
-        std::size_t const end = std::min(path.find('/', start), path.size());
-        if (end - start > maxSitePathSegmentBytes) return true;
-        start = end + 1;
-    }
-    return false;
-}
-
 /// True when `lowered` (a path in ASCII lower case) is one the site keeps for itself.
 bool isReserved(std::string_view lowered) {
     return lowered == siteIndexPath || lowered == siteNotFoundPath || lowered.starts_with(siteAssetFolder);
@@ -39,26 +28,12 @@ std::optional<HrefRefusal> hrefProblem(std::string_view href) {
     if (href.empty()) return HrefRefusal::none;
     if (safePagePath(href)) return std::nullopt;
     std::string_view const path = href.substr(0, href.find('#'));
-    if (tooLong(path)) return HrefRefusal::tooLong;
+    if (relativePathTooLong(path)) return HrefRefusal::tooLong;
     if (isReserved(asciiLowered(path))) return HrefRefusal::reserved;
     return HrefRefusal::unsafe;
 }
 
 }  // namespace
-
-std::optional<std::string> safeRelativePath(std::string_view path) {
-    if (path.empty() || path.front() == '/' || tooLong(path)) return std::nullopt;
-    for (unsigned char c : path)
-        if (c < 0x20 || c == 0x7f || c == '\\' || c == '?' || c == ':' || c == '#') return std::nullopt;
-    std::size_t start = 0;
-    while (start <= path.size()) {
-        std::size_t const end = std::min(path.find('/', start), path.size());
-        std::string_view const segment = path.substr(start, end - start);
-        if (segment.empty() || segment == "." || segment == "..") return std::nullopt;
-        start = end + 1;
-    }
-    return std::string(path);
-}
 
 std::optional<std::string> safePagePath(std::string_view href) {
     std::string_view const path = href.substr(0, href.find('#'));

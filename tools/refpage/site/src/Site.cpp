@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <exception>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <refpage/interchange/InventoryWriter.hpp>
 #include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/Parallel.hpp>
@@ -14,7 +13,6 @@
 #include <refpage/support/Text.hpp>
 #include <utf8.h>
 
-#include "Mustache.hpp"
 
 namespace refpage {
 
@@ -50,46 +48,14 @@ SiteReport planSite(DocSet const& set) {
     return report;
 }
 
-std::string renderSiteIndex(DocSet const& set, std::vector<std::string> const& paths, SiteOptions const& options) {
-    struct Entry {
-        std::string_view title, purpose;
-        bool deprecated;
-        std::size_t page;
-    };
-    // Sorted by package, then title, then page order, ignoring ASCII case first.
-    std::map<std::pair<int, std::string>, std::pair<std::string, std::vector<Entry>>> packages;
-    auto const& pages = set.pages();
-    for (std::size_t i = 0; i < pages.size(); ++i) {
-        PageSummary const& page = pages[i];
-        std::string const& package = page.package;
-        auto& slot = packages[{package.empty() ? 1 : 0, asciiLowered(package) + '\0' + package}];
-        slot.first = package.empty() ? "Other pages" : package;
-        slot.second.push_back({page.title, page.purpose, page.deprecated, i});
+std::vector<SitePageSummary> siteSummaries(DocSet const& set, std::vector<std::string> const& paths) {
+    std::vector<SitePageSummary> summaries;
+    summaries.reserve(set.pages().size());
+    for (std::size_t i = 0; i < set.pages().size(); ++i) {
+        PageSummary const& page = set.pages()[i];
+        summaries.push_back({page.title, paths[i], page.package, page.purpose, page.deprecated});
     }
-    mstch::array packageData;
-    for (auto& [key, package] : packages) {
-        auto& entries = package.second;
-        std::stable_sort(entries.begin(), entries.end(), [](Entry const& a, Entry const& b) {
-            return std::pair(asciiLowered(a.title), a.title) < std::pair(asciiLowered(b.title), b.title);
-        });
-        mstch::array entryData;
-        for (auto const& entry : entries) {
-            mstch::map item{{"name", std::string(entry.title)},
-                            {"href", relativeUrl(siteIndexPath, paths[entry.page])},
-                            {"deprecated", entry.deprecated}};
-            if (!entry.purpose.empty()) item["purpose"] = std::string(entry.purpose);
-            entryData.push_back(std::move(item));
-        }
-        packageData.push_back(mstch::map{{"name", package.first}, {"entries", std::move(entryData)}});
-    }
-    mstch::map data{{"lang", options.lang},
-                    {"root", std::string()},
-                    {"csp", std::string(siteContentSecurityPolicy)},
-                    {"siteTitle", options.title},
-                    {"pageCount", std::to_string(pages.size())},
-                    {"packageCount", std::to_string(packages.size())},
-                    {"packages", std::move(packageData)}};
-    return renderMustache(options.templates.index, data, options.templates);
+    return summaries;
 }
 
 std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths) {
@@ -102,14 +68,14 @@ std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::s
     return entries;
 }
 
-std::string siteSearchIndexScript(DocSet const& set, std::vector<std::string> const& paths) {
-    std::vector<LookupEntry> const entries = siteLookupEntries(set, paths);
-    nlohmann::json data = nlohmann::json::parse(LookupIndex::inMemory(entries).searchData());
-    auto& listed = data["entries"];
-    for (std::size_t i = 0; i < entries.size() && i < listed.size(); ++i)
-        listed[i]["path"] = percentEncode(paths[entries[i].page]);
-    return "window.refpageSearchIndex = " + data.dump(-1, ' ', true, nlohmann::json::error_handler_t::replace) +
-           ";\n";
+std::vector<SearchEntry> siteSearchEntries(DocSet const& set, std::vector<std::string> const& paths) {
+    std::vector<SearchEntry> entries;
+    for (auto const& entry : siteLookupEntries(set, paths)) {
+        RefItemLookup const& lookup = entry.lookup;
+        entries.push_back({utf8(lookup.getName()), lookup.getType(), lookup.getFunctionType(), utf8(lookup.getPurpose()),
+                           lookup.isDeprecated(), utf8(lookup.getHref())});
+    }
+    return entries;
 }
 
 SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options,
@@ -117,6 +83,8 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
     DocSet const& set = loaded.set;
     std::size_t const count = set.pages().size();
     SiteReport report = planSite(set);
+    SiteNavigation const navigation(siteSummaries(set, report.paths));
+    SiteAssetCheck const assetExists = [](std::string_view) { return false; };
     // Pages are loaded again, rendered, written and released on the threads, in any order;
     // what each says is kept by page and reported in page order.
     std::vector<std::vector<std::string>> unresolved(count);
@@ -131,7 +99,8 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
             return;
         }
         try {
-            SitePageView const view{i, report.paths[i], &report.paths, &set, options.title, options.lang};
+            SitePageView const view{i,           report.paths[i], &report.paths, &set,          options.title,
+                                    options.lang, &navigation,    &assetExists,  options.docset};
             RenderedPage rendered = renderSitePage(nativePage(page.page.get()), view, options.templates);
             written[i] = write(out, prefix, report.paths[i], rendered.html) ? 1 : 0;
             unresolved[i] = std::move(rendered.unresolved);
@@ -146,8 +115,13 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
         report.pagesWritten += written[i];
         for (auto& error : pageErrors[i]) report.errors.push_back(std::move(error));
     }
+    SiteIndexView const indexView{&navigation, options.title, options.lang, ""};
     try {
-        write(out, prefix, siteIndexPath, renderSiteIndex(set, report.paths, options));
+        write(out, prefix, siteIndexPath, renderSiteIndex(indexView, options.templates));
+        SiteIndexView notFound = indexView;
+        notFound.root = options.baseUrl.empty() || options.baseUrl.ends_with('/') ? options.baseUrl
+                                                                                   : options.baseUrl + '/';
+        write(out, prefix, siteNotFoundPath, renderSiteNotFound(notFound, options.templates));
     } catch (std::exception const& e) {
         report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});
     }
@@ -155,7 +129,9 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
     write(out, prefix, assets + "style.css", options.templates.style);
     write(out, prefix, assets + "search.js", options.templates.script);
     write(out, prefix, assets + "search-rank.js", options.templates.rank);
-    write(out, prefix, assets + "search-index.js", siteSearchIndexScript(set, report.paths));
+    write(out, prefix, assets + "site.js", options.templates.behaviour);
+    writeSearchFiles(siteSearchEntries(set, report.paths),
+                     [&](std::string_view path, std::string_view bytes) { write(out, prefix, path, bytes); });
     write(out, prefix, "objects.inv",
           inventoryBytes(inventoryEntries(siteLookupEntries(set, report.paths)), {options.title, options.version}));
     return report;

@@ -2,6 +2,8 @@
 #include <refpage/site/Templates.hpp>
 #include <system_error>
 
+#include "Mustache.hpp"
+
 namespace refpage {
 
 namespace {
@@ -12,10 +14,11 @@ struct Slot {
 };
 
 constexpr Slot slots[] = {
-    {"page.mustache", &SiteTemplates::page},   {"index.mustache", &SiteTemplates::index},
-    {"link.mustache", &SiteTemplates::link},   {"search.mustache", &SiteTemplates::search},
-    {"style.css", &SiteTemplates::style},      {"search.js", &SiteTemplates::script},
-    {"search-rank.js", &SiteTemplates::rank},
+    {"page.mustache", &SiteTemplates::page},     {"index.mustache", &SiteTemplates::index},
+    {"404.mustache", &SiteTemplates::notFound},  {"link.mustache", &SiteTemplates::link},
+    {"search.mustache", &SiteTemplates::search}, {"style.css", &SiteTemplates::style},
+    {"search.js", &SiteTemplates::script},       {"search-rank.js", &SiteTemplates::rank},
+    {"site.js", &SiteTemplates::behaviour},
 };
 
 }  // namespace
@@ -23,6 +26,7 @@ constexpr Slot slots[] = {
 SiteTemplates SiteTemplates::defaults() {
     SiteTemplates templates;
     for (auto const& slot : slots) templates.*slot.field = std::string(defaultSiteFile(slot.name));
+    templates.cache = std::make_shared<CompiledTemplates const>(templates);
     return templates;
 }
 
@@ -39,7 +43,18 @@ SiteTemplates SiteTemplates::load(std::filesystem::path const& folder, PageError
         PageError error;
         if (!readTextFile(file, templates.*slot.field, error)) errors.push_back(error);
     }
+    try {
+        templates.cache = std::make_shared<CompiledTemplates const>(templates);
+    } catch (TemplateError const& e) {
+        errors.push_back({(folder / "").string(), "", e.what()});
+        templates = defaults();
+    }
     return templates;
+}
+
+std::shared_ptr<CompiledTemplates const> SiteTemplates::compiled() const {
+    if (cache && cache->compiledFrom(*this)) return cache;
+    return std::make_shared<CompiledTemplates const>(*this);
 }
 
 }  // namespace refpage

@@ -15,13 +15,22 @@ namespace refpage {
 std::string docsetIdentifier(std::string_view name);
 
 /// Info.plist: CFBundleIdentifier, CFBundleName, DocSetPlatformFamily, isDashDocset,
-/// dashIndexFilePath (index.html). Texts are XML-escaped.
-std::string docsetInfoPlist(std::string_view name);
+/// isJavaScriptEnabled, dashIndexFilePath (index.html), and DashDocSetFallbackURL when
+/// `baseUrl` is not empty. Texts are XML-escaped.
+std::string docsetInfoPlist(std::string_view name, std::string_view baseUrl = {});
+
+/// The docset's icons beside Contents/: icon.png (16x16) and icon@2x.png (32x32), the project's own.
+struct DocsetIcon {
+    std::string_view file;
+    std::string_view bytes;
+};
+std::vector<DocsetIcon> docsetIcons();
 
 /// Writes the docset folder at `output`, whole or not at all as buildSite writes a site: the
-/// site of `loaded` in Contents/Resources/Documents/ (`site.output` is ignored), Info.plist, the
-/// lookup index of the set as docSet.dsidx with each entry's path its page's site path, and
-/// meta.json with the name. Throws FileError when `output` may not be replaced.
+/// site of `loaded` in Contents/Resources/Documents/ (`site.output` is ignored), its pages laid
+/// out for a docset browser, Info.plist, the icons, the lookup index of the set as docSet.dsidx
+/// with each entry's path its page's site path, and meta.json with the name. Throws FileError
+/// when `output` may not be replaced.
 SiteReport buildDocset(LoadedSet const& loaded, std::span<PageInput const> inputs, std::filesystem::path const& output,
                        std::string_view name, SiteOptions site);
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <refpage/support/RelativePath.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,18 +16,9 @@ inline constexpr std::string_view siteIndexPath = "index.html";
 inline constexpr std::string_view siteNotFoundPath = "404.html";
 inline constexpr std::string_view siteAssetFolder = "_site/";
 
-/// The longest segment of a site path, and the longest site path, in bytes: within the file
-/// system's NAME_MAX (255) and PATH_MAX (4096), leaving room for the folders the site is
-/// written in (a docset's Contents/Resources/Documents/, the output folder's own path).
-inline constexpr std::size_t maxSitePathSegmentBytes = 200;
-inline constexpr std::size_t maxSitePathBytes = 3072;
-
-/// `path` when it is a safe relative file path: not empty, not absolute, no ".", ".." or
-/// empty segment, no backslash, ':', '?', '#' or control character, within the lengths above.
-std::optional<std::string> safeRelativePath(std::string_view path);
-
-/// `href` without its fragment when it is a usable page path: a safe relative path that
-/// ends in ".html" or ".htm" and is not one the site keeps (index.html, 404.html, _site/...).
+/// `href` without its fragment when it is a usable page path: a safe relative path
+/// (safeRelativePath) that ends in ".html" or ".htm" and is not one the site keeps
+/// (index.html, 404.html, _site/...).
 std::optional<std::string> safePagePath(std::string_view href);
 
 /// A path for a page whose Href cannot be used: "pages/<name>.html" where name keeps

@@ -9,6 +9,7 @@
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/format/PageError.hpp>
 #include <refpage/site/Page.hpp>
+#include <refpage/site/Search.hpp>
 #include <refpage/site/Templates.hpp>
 #include <refpage/support/OutputFolder.hpp>
 #include <span>
@@ -24,6 +25,8 @@ struct SiteOptions {
     std::string title = "Reference";
     std::string lang = "en";
     std::string version;            ///< the documented project's version, for objects.inv; may be empty
+    std::string baseUrl;            ///< where the site is served ("https://x/docs/"), or empty; 404.html links from it
+    bool docset = false;            ///< pages for a docset browser: no site header or search, dashAnchor anchors
     LoadOptions load;               ///< how pages are loaded again for rendering
 };
 
@@ -44,9 +47,10 @@ SiteReport planSite(DocSet const& set);
 
 /// Writes the whole site of `loaded` into `out` under `prefix` ("" for its root): every page
 /// of the set, loaded again from `inputs` (`loaded.inputOf` names each page's input) and
-/// released as soon as it is written, then `index.html`, `objects.inv` and `_site/`
-/// (style.css, search.js, search-rank.js, search-index.js). After the first failed write,
-/// nothing more is written; the report's errors name it once.
+/// released as soon as it is written, then `index.html`, `404.html`, `objects.inv` and
+/// `_site/` (style.css, site.js, search.js, search-rank.js, and the search files in
+/// `_site/search/`). After the first failed write, nothing more is written; the report's
+/// errors name it once.
 SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options,
                      OutputFolder& out, std::string_view prefix);
 
@@ -59,18 +63,17 @@ void commitSite(OutputFolder& out, SiteReport& report);
 /// Throws FileError when `options.output` may not be replaced (see OutputFolder).
 SiteReport buildSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options);
 
-/// The index page: every page by package (ASCII-case-insensitive order, pages without
-/// a package last), then by title, with its purpose; deprecated pages marked.
-std::string renderSiteIndex(DocSet const& set, std::vector<std::string> const& paths, SiteOptions const& options);
+/// What the site's navigation and index know of each page (title, path, package, purpose,
+/// deprecated), in page order.
+std::vector<SitePageSummary> siteSummaries(DocSet const& set, std::vector<std::string> const& paths);
 
 /// The lookup entries of `set` (one per entity of every page), each with its page's site path
 /// from `paths`, percent-encoded, as its link and as it is as its source (never the page's
 /// file on the machine that built the site): what the docset's index and the inventory list.
 std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths);
 
-/// `_site/search-index.js`: defines `window.refpageSearchIndex`, the lookup index's search
-/// data (`LookupIndex::searchData`, what search-rank.js ranks exactly as `refpage find` does)
-/// with each entry's `path`, its page's site path relative to the site's root.
-std::string siteSearchIndexScript(DocSet const& set, std::vector<std::string> const& paths);
+/// The search entries of the site (one per entry of the lookup index), each with its page's
+/// site path: what writeSearchFiles writes.
+std::vector<SearchEntry> siteSearchEntries(DocSet const& set, std::vector<std::string> const& paths);
 
 }  // namespace refpage

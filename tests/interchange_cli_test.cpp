@@ -30,11 +30,11 @@ std::string quotedPath(std::filesystem::path const& path) {
     return "'" + path.string() + "'";
 }
 
-TEST(InventoryCommand, ListsEveryEntityOfThePagesAtItsSitePathTheSameBytesEachRun) {
+TEST(InventoryCommand, ListsEveryEntryOfThePagesAtItsSitePathTheSameBytesEachRun) {
     ScratchFolder const folder;
     std::string const arguments =
         "inventory " + testvalues::data("good") + " --project Demo --version 1.0 -o " + quotedPath(folder / "a.inv");
-    expectRun(arguments, 0, {"3 pages, 5 entries written to"});
+    expectRun(arguments, 0, {"3 pages, 7 entries written to"});
     std::string const first = fileText(folder / "a.inv");
     expectRun(arguments, 0);
     EXPECT_EQ(fileText(folder / "a.inv"), first);
@@ -47,8 +47,10 @@ TEST(InventoryCommand, ListsEveryEntityOfThePagesAtItsSitePathTheSameBytesEachRu
     EXPECT_EQ(items, (std::set<std::tuple<std::string, std::string, std::string>>{
                          {"demo.minimal", "py:function", "demo/minimal.html"},
                          {"demo.grid.Lattice", "py:class", lattice},
-                         {"demo.grid.Lattice", "py:method", lattice},
-                         {"demo.grid.Lattice.step", "py:method", lattice},
+                         {"demo.grid.Lattice.step", "py:method", lattice + "#demo.grid.Lattice.step"},
+                         {"demo.grid.Lattice.origin", "py:property", lattice + "#demo.grid.Lattice-origin"},
+                         {"demo.grid.Lattice.shape", "py:property", lattice + "#demo.grid.Lattice-shape"},
+                         {"demo.grid.Lattice.spacing", "py:property", lattice + "#demo.grid.Lattice-spacing"},
                          {"demo.clef\xf0\x9d\x84\x9e", "py:class", "demo/unicode.html"}}));
 }
 

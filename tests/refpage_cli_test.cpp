@@ -124,7 +124,7 @@ TEST(RefpageTool, FindListsMatchingPagesAsATable) {
     EXPECT_EQ(expectRun("find minimal " + data("good"), 0).output,
               "Name          Type      Function  Deprecated  Link               Purpose\n"
               "demo.minimal  Function  Simple    no          demo/minimal.html  The smallest page worth showing.\n"
-              "1 of 5 entries\n");
+              "1 of 7 entries\n");
 }
 
 TEST(RefpageTool, VersionHelpAndUsageErrors) {

@@ -112,7 +112,8 @@ TEST_F(DocSetTest, EveryKindOfLinkThatLeadsNowhereIsReportedAtItsPointer) {
         "ClassPropertyGroups": [{"Properties": [{"Name": "p", "Href": "ref/gone.html"}]}],
         "SeeAlso": [{"Name": "gone", "Url": "ref/gone.html"}],
         "Examples": [{"Url": "ref/gone.html#example-1"}],
-        "Parameters": [{"Name": "q", "Href": "ref/gone\u001b.html"}])")}).check();
+        "Parameters": [{"Name": "q", "Href": "ref/gone\u001b.html"}],
+        "Description": "See [a](ref/a.html) and\n[gone](ref/gone.html#d).")")}).check();
     std::string const nowhere = "leads to no page of the set";
     EXPECT_EQ(described(report), (Lines{
         R"(a.json: warning: link "ref/gone.html#x" )" + nowhere + " [/InputGroups/0/Inputs/0/Href]",
@@ -120,8 +121,10 @@ TEST_F(DocSetTest, EveryKindOfLinkThatLeadsNowhereIsReportedAtItsPointer) {
         R"(a.json: warning: link "ref/gone.html" )" + nowhere + " [/ClassPropertyGroups/0/Properties/0/Href]",
         R"(a.json: warning: link "ref/gone.html" )" + nowhere + " [/SeeAlso/0/Url]",
         R"(a.json: warning: link "ref/gone.html#example-1" )" + nowhere + " [/Examples/0/Url]",
-        R"(a.json: warning: link "ref/gone\x1b.html" )" + nowhere + " [/Parameters/0/Href]"}));
-    EXPECT_EQ(report.count(DocSetIssue::UnresolvedLink), 6u);
+        R"(a.json: warning: link "ref/gone\x1b.html" )" + nowhere + " [/Parameters/0/Href]",
+        R"(a.json: warning: link "ref/gone.html#d" )" + nowhere +
+            " (line 2, column 1 of the description) [/Description]"}));
+    EXPECT_EQ(report.count(DocSetIssue::UnresolvedLink), 7u);
 }
 
 TEST_F(DocSetTest, ReusedHrefsAndNamesAreReportedButAClassAndItsConstructorAreNot) {
@@ -141,6 +144,21 @@ TEST_F(DocSetTest, ReusedHrefsAndNamesAreReportedButAClassAndItsConstructorAreNo
         R"(c.json: warning: entity name "pkg.A" is also documented by "a.json" (/RefEntities/0) [/RefEntities/0/Name])"}));
     EXPECT_EQ(report.count(DocSetIssue::DuplicateName), 2u);
     EXPECT_EQ(refpage::issueLabel(DocSetIssue::DuplicateName, 2), "duplicate names");
+}
+
+TEST_F(DocSetTest, APageListsItsEntitiesButAClassesConstructorAndItsPropertiesAtTheirAnchors) {
+    auto const set = load({page("k", R"("RefEntities": [{"Name": "pkg.K", "RefEntityType": "class"},
+        {"Name": "pkg.K", "RefEntityType": "constructor"}, {"Name": "pkg.K.go", "RefEntityType": "method"}],
+        "ClassPropertyGroups": [{"Properties": [{"Name": "T", "Href": "#pkg.K-T"}, {"Name": "size"}]}])")});
+    std::vector<std::string> listed;
+    for (auto const& entry : set.pages()[0].entries)
+        listed.push_back(fmt::format("{} {} #{}", entry.name, reference::property::RefEntityType::enumToString(entry.type),
+                                     entry.anchor));
+    EXPECT_EQ(listed, (Lines{"pkg.K Class #", "pkg.K.go Method #pkg.K.go", "pkg.K.T Property #pkg.K-T",
+                             "pkg.K.size Property #property-size"}));
+    auto const entries = refpage::lookupEntries(set);
+    ASSERT_EQ(entries.size(), 4u);
+    EXPECT_EQ(entries[2].lookup.getHref(), u"ref/k.html#pkg.K-T");
 }
 
 TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
@@ -233,7 +251,7 @@ protected:
     fs::path const file_ = fs::path(::testing::TempDir()) / fmt::format("lookup-{}.sqlite", ::getpid());
 };
 
-TEST_F(LookupIndexTest, TheFileHoldsOneRowPerEntityTheFullTextTableAndTheDocsetTable) {
+TEST_F(LookupIndexTest, TheFileHoldsOneRowPerEntryTheFullTextTableAndTheDocsetTable) {
     EXPECT_EQ(rows(file_, "PRAGMA user_version"), Lines{"1"});
     EXPECT_EQ(rows(file_, "SELECT name FROM sqlite_master WHERE type = 'table' AND name IN "
                           "('lookup', 'lookup_text', 'searchIndex') ORDER BY name"),
@@ -246,22 +264,23 @@ TEST_F(LookupIndexTest, TheFileHoldsOneRowPerEntityTheFullTextTableAndTheDocsetT
                           "WHERE id IN (3, 4, 5, 6)"),
               (Lines{"3|numpy.ndarray.sort|sort|2|6|0|ref/ndsort.html|ndsort.json",
                      "4|sorted_things|sorted_things|1|6|0|ref/sorter.html|sorter.json",
-                     "5|sorted_things|sorted_things|3|6|0|ref/sorter.html|sorter.json",
-                     "6|numpy.msort|msort|0|6|1|ref/oldsort.html|oldsort.json"}));
-    EXPECT_EQ(rows(file_, "SELECT count(*) FROM lookup"), Lines{"7"}) << "one row per entity";
+                     "5|numpy.msort|msort|0|6|1|ref/oldsort.html|oldsort.json",
+                     "6|numpy.copy|copy|0|6|0|ref/copy.html|copy.json"}));
+    EXPECT_EQ(rows(file_, "SELECT count(*) FROM lookup"), Lines{"6"}) << "one row per entry";
     EXPECT_EQ(rows(file_, "SELECT name, type, path FROM searchIndex WHERE path = 'ref/sorter.html' ORDER BY id"),
-              (Lines{"sorted_things|Class|ref/sorter.html", "sorted_things|Constructor|ref/sorter.html"}));
+              (Lines{"sorted_things|Class|ref/sorter.html"}))
+        << "a class and its constructor documented together are one entry, the class";
     EXPECT_EQ(rows(file_, "SELECT rowid FROM lookup_text WHERE lookup_text MATCH 'indices'"), Lines{"1"});
 }
 
 TEST_F(LookupIndexTest, ExactNameThenLastComponentThenPrefixThenFullTextWithDeprecatedLast) {
     EXPECT_EQ(names("sort"), (Lines{"numpy.sort:lastComponent", "numpy.ndarray.sort:lastComponent",
-                                    "sorted_things:namePrefix", "sorted_things:namePrefix", "numpy.msort:fullText",
+                                    "sorted_things:namePrefix", "numpy.msort:fullText",
                                     "numpy.argsort:fullText"}));
     EXPECT_EQ(names("numpy.sort")[0], "numpy.sort:exactName");
     EXPECT_EQ(names("numpy.").size(), 5u);
     EXPECT_EQ(names("array")[0], "numpy.ndarray.sort:fullText") << "the shortest purpose ranks first under BM25";
-    EXPECT_EQ(names("sorted_things"), (Lines{"sorted_things:exactName", "sorted_things:exactName"}));
+    EXPECT_EQ(names("sorted_things"), (Lines{"sorted_things:exactName"}));
     EXPECT_EQ(names("sort", 2), (Lines{"numpy.sort:lastComponent", "numpy.ndarray.sort:lastComponent"}));
     EXPECT_TRUE(names("zebra").empty());
     EXPECT_TRUE(names("").empty());

@@ -1,9 +1,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <refpage/docset/DocSet.hpp>
+#include <refpage/format/Links.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Parallel.hpp>
 #include <unordered_map>
@@ -14,23 +14,6 @@ namespace refpage {
 using namespace reference::property;
 
 namespace {
-
-/// "scheme:" as RFC 3986 spells a scheme: a letter, then letters, digits, '+', '-' or '.'.
-bool hasScheme(std::string_view link) {
-    if (link.empty() || !std::isalpha(static_cast<unsigned char>(link.front()))) return false;
-    for (char const c : link) {
-        if (c == ':') return true;
-        if (!std::isalnum(static_cast<unsigned char>(c)) && c != '+' && c != '-' && c != '.') return false;
-    }
-    return false;
-}
-
-/// The part of a relative link that names a page: no fragment, no leading "./".
-std::string_view pagePart(std::string_view link) {
-    link = link.substr(0, link.find('#'));
-    while (link.starts_with("./")) link.remove_prefix(2);
-    return link;
-}
 
 /// Where an entity name was first documented: its first page and, on that page, the first
 /// entity of each type. An entity is a duplicate of the first page's first entity when it
@@ -56,7 +39,7 @@ std::size_t DocSetReport::count(DocSetIssue issue) const noexcept {
 DocSet::DocSet(std::vector<PageSummary> pages) : pages_(std::move(pages)) {
     byHref_.reserve(pages_.size());
     for (std::size_t i = 0; i < pages_.size(); ++i) {
-        std::string_view const href = pagePart(pages_[i].href);
+        std::string_view const href = linkPagePart(pages_[i].href);
         if (!href.empty()) byHref_.emplace(href, i);
     }
 }
@@ -65,11 +48,11 @@ LinkTarget DocSet::resolve(std::string_view link) const {
     LinkTarget target;
     if (link.empty()) return target;
     if (auto const hash = link.find('#'); hash != std::string_view::npos) target.fragment = link.substr(hash + 1);
-    if (hasScheme(link) || link.starts_with('/')) {
+    if (isExternalLink(link)) {
         target.kind = LinkTarget::Kind::External;
         return target;
     }
-    std::string_view const part = pagePart(link);
+    std::string_view const part = linkPagePart(link);
     if (part.empty()) {
         target.kind = LinkTarget::Kind::SamePage;
         return target;
@@ -96,7 +79,7 @@ DocSetReport DocSet::check(unsigned jobs) const {
     };
     forEachIndex(pages_.size(), jobs, [&](std::size_t p) {
         PageSummary const& page = pages_[p];
-        if (auto const part = pagePart(page.href); !part.empty()) {
+        if (auto const part = linkPagePart(page.href); !part.empty()) {
             std::size_t const first = byHref_.at(std::string(part));
             if (first != p)
                 perPage[p].href.push_back(finding(p, DocSetIssue::SharedHref, "/Href",
@@ -106,8 +89,8 @@ DocSetReport DocSet::check(unsigned jobs) const {
         for (auto const& link : page.links)
             if (resolve(link.text).kind == LinkTarget::Kind::Unresolved)
                 perPage[p].links.push_back(finding(p, DocSetIssue::UnresolvedLink, link.pointer,
-                                                   fmt::format("link {} leads to no page of the set",
-                                                               refpage::quoted(link.text))));
+                                                   fmt::format("link {} leads to no page of the set{}",
+                                                               refpage::quoted(link.text), link.where())));
     });
 
     std::unordered_map<std::string_view, FirstPlaces> names;

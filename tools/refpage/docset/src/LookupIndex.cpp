@@ -9,6 +9,7 @@
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/docset/SearchRanking.hpp>
 #include <refpage/support/AtomicFile.hpp>
+#include <refpage/support/RelativePath.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>
 #include <utf8.h>
@@ -90,11 +91,16 @@ std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string 
     for (std::size_t p = 0; p < pages.size(); ++p) {
         PageSummary const& page = pages[p];
         std::u16string const purpose = utf8::utf8to16(page.purpose);
-        std::u16string const link = utf8::utf8to16(p < links.size() ? links[p] : page.href);
-        for (auto const& entity : page.entities)
-            entries.push_back({RecordProducer::makeRefItemLookup(utf8::utf8to16(entity.name), entity.type, purpose,
-                                                                 page.deprecated, link, entity.functionType),
+        std::string const& link = p < links.size() ? links[p] : page.href;
+        for (auto const& entry : page.entries) {
+            // A member leads to its anchor on the page.
+            std::string const target =
+                entry.anchor.empty() ? link : link.substr(0, link.find('#')) + "#" + percentEncode(entry.anchor, true);
+            entries.push_back({RecordProducer::makeRefItemLookup(utf8::utf8to16(entry.name), entry.type, purpose,
+                                                                 page.deprecated, utf8::utf8to16(target),
+                                                                 entry.functionType),
                                p, page.source});
+        }
     }
     return entries;
 }

@@ -2,6 +2,9 @@
 
 #include <reference/property/DeprecationStatus.hpp>
 #include <refpage/docset/PageSummary.hpp>
+#include <refpage/format/Anchors.hpp>
+#include <refpage/format/Description.hpp>
+#include <refpage/format/PageFiles.hpp>
 #include <refpage/format/PageTitle.hpp>
 #include <refpage/support/Text.hpp>
 
@@ -23,8 +26,8 @@ void addHrefs(std::vector<LinkSummary>& links, std::string const& prefix, std::v
         addLink(links, records[i].getHref(), [&] { return fmt::format("{}/{}/Href", prefix, i); });
 }
 
-/// Every link a page holds, in the order of the page's keys.
-std::vector<LinkSummary> linksOf(RefItem const& page) {
+/// Every link a page holds, in the order of the page's keys, the description's links included.
+std::vector<LinkSummary> linksOf(RefItem const& page, ParsedDescription const& description) {
     std::vector<LinkSummary> links;
     auto const& groups = page.getInputGroups();
     for (std::size_t g = 0; g < groups.size(); ++g)
@@ -40,10 +43,36 @@ std::vector<LinkSummary> linksOf(RefItem const& page) {
     for (std::size_t i = 0; i < examples.size(); ++i)
         addLink(links, examples[i].getUrl(), [&] { return fmt::format("/Examples/{}/Url", i); });
     addHrefs(links, "/Parameters", page.getParameters());
+    for (auto const& reference : description.references())
+        if (reference.kind == DescriptionReference::Kind::Link && !reference.target.empty())
+            links.push_back({"/Description", reference.target, reference.position.line, reference.position.column});
     return links;
 }
 
+/// What a page lists: its first entity, the entities and class properties that have an anchor.
+std::vector<EntrySummary> entriesOf(RefItem const& page, ParsedDescription const& description) {
+    std::vector<EntrySummary> entries;
+    auto const& entities = page.getRefEntities();
+    if (entities.empty()) return entries;
+    entries.push_back({utf8(entities[0].getName()), entities[0].getRefEntityType(), entities[0].getFunctionType(), {}});
+    for (Anchor& anchor : anchorsOf(page, description)) {
+        if (anchor.kind == Anchor::Kind::Entity) {
+            RefEntity const& entity = entities[anchor.indexPath[0]];
+            entries.push_back({std::move(anchor.name), entity.getRefEntityType(), entity.getFunctionType(),
+                               std::move(anchor.id)});
+        } else if (anchor.kind == Anchor::Kind::ClassProperty) {
+            entries.push_back({entries.front().name + "." + anchor.name, RefEntityType::Property,
+                               FunctionType::getDefaultValue(), std::move(anchor.id)});
+        }
+    }
+    return entries;
+}
+
 }  // namespace
+
+std::string LinkSummary::where() const {
+    return line == 0 ? std::string() : fmt::format(" (line {}, column {} of the description)", line, column);
+}
 
 PageSummary summarize(std::string source, RefItem const& page) {
     PageSummary summary;
@@ -55,7 +84,13 @@ PageSummary summarize(std::string source, RefItem const& page) {
     summary.deprecated = page.getDeprecationStatus() != DeprecationStatus::Current;
     for (auto const& entity : page.getRefEntities())
         summary.entities.push_back({utf8(entity.getName()), entity.getRefEntityType(), entity.getFunctionType()});
-    summary.links = linksOf(page);
+    ParsedDescription const description = ParsedDescription::parse(utf8(page.getDescription()));
+    summary.entries = entriesOf(page, description);
+    summary.links = linksOf(page, description);
+    for (auto& file : filesOf(page, description))
+        summary.files.push_back({std::move(file.pointer), std::move(file.path),
+                                 file.pointer == "/Description" ? file.position.line : 0,
+                                 file.pointer == "/Description" ? file.position.column : 0});
     return summary;
 }
 

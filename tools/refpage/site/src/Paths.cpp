@@ -135,18 +135,4 @@ std::string relativeUrl(std::string_view from, std::string_view to) {
     return rootPrefix(from.substr(common)) + percentEncode(to.substr(common));
 }
 
-std::string percentEncode(std::string_view text, bool fragment) {
-    std::string out;
-    out.reserve(text.size());
-    for (unsigned char c : text) {
-        bool const plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
-                           c == '.' || c == '_' || c == '~' || (c == '/' && !fragment);
-        if (plain)
-            out += static_cast<char>(c);
-        else
-            out += fmt::format("%{:02X}", c);
-    }
-    return out;
-}
-
 }  // namespace refpage

@@ -6,6 +6,7 @@
 #include <reference/property/FunctionType.hpp>
 #include <reference/property/RefEntityType.hpp>
 #include <reference/property/RefItem.hpp>
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -20,10 +21,26 @@ struct EntitySummary {
     bool operator==(EntitySummary const&) const = default;
 };
 
-/// One link written in a page.
+/// One thing a page lists in the index, search, the docset and inventories: the page's
+/// first entity, every other entity but a class's constructor, and every class property.
+struct EntrySummary {
+    std::string name;    ///< a class property's is "<first entity's name>.<property's name>"
+    reference::property::RefEntityType::Value type = reference::property::RefEntityType::Unknown;
+    reference::property::FunctionType::Value functionType = reference::property::FunctionType::getDefaultValue();
+    std::string anchor;  ///< its id on the page (format/Anchors.hpp); empty for the page itself
+
+    bool operator==(EntrySummary const&) const = default;
+};
+
+/// One link written in a page, or one file it references (a thumbnail, a description's image).
 struct LinkSummary {
-    std::string pointer;  ///< JSON pointer of the link's value, as "/SeeAlso/0/Url"
-    std::string text;     ///< the link as written
+    std::string pointer;     ///< JSON pointer of the value, as "/SeeAlso/0/Url" or "/Description"
+    std::string text;        ///< the link or path as written
+    std::size_t line = 0;    ///< inside a description: its 1-based line there; 0 otherwise
+    std::size_t column = 0;  ///< inside a description: its byte column there
+
+    /// " (line L, column C of the description)" inside a description, else "": for messages.
+    std::string where() const;
 
     bool operator==(LinkSummary const&) const = default;
 };
@@ -36,7 +53,9 @@ struct PageSummary {
     std::string purpose;                   ///< Purpose
     bool deprecated = false;               ///< the status is not Current
     std::vector<EntitySummary> entities;   ///< in page order
+    std::vector<EntrySummary> entries;     ///< what the page lists, in page order
     std::vector<LinkSummary> links;        ///< every link but empty ones, in the order of the page's keys
+    std::vector<LinkSummary> files;        ///< every file it references (format/PageFiles.hpp), in page order
 
     bool operator==(PageSummary const&) const = default;
 };

@@ -9,6 +9,8 @@
 
 namespace refpage {
 
+class ParsedDescription;
+
 struct PageFile {
     std::string path;      ///< as written (UTF-8)
     bool safe = false;     ///< a safe relative path (safeRelativePath): one the site can copy and link
@@ -20,5 +22,8 @@ struct PageFile {
 /// then each image of the description whose target is relative (no scheme, not "/" or
 /// "//"; a fragment or query makes it unsafe). External images are not listed.
 std::vector<PageFile> filesOf(reference::property::RefItem const& page);
+
+/// The same, with the page's description already parsed.
+std::vector<PageFile> filesOf(reference::property::RefItem const& page, ParsedDescription const& description);
 
 }  // namespace refpage

@@ -62,8 +62,4 @@ std::string relativeUrl(std::string_view from, std::string_view to);
 /// "../" once per folder of `from`: the way back to the site's root ("" at the root).
 std::string rootPrefix(std::string_view from);
 
-/// `text` percent-encoded for a URL path ('/' kept) or, with `fragment`, a fragment.
-/// Keeps ASCII letters, digits and "-._~"; every other byte becomes %XX.
-std::string percentEncode(std::string_view text, bool fragment = false);
-
 }  // namespace refpage

@@ -21,4 +21,8 @@ bool relativePathTooLong(std::string_view path) noexcept;
 /// empty segment, no backslash, ':', '?', '#' or control character, within the limits above.
 std::optional<std::string> safeRelativePath(std::string_view path);
 
+/// `text` percent-encoded for a URL path ('/' kept) or, with `fragment`, a fragment.
+/// Keeps ASCII letters, digits and "-._~"; every other byte becomes %XX.
+std::string percentEncode(std::string_view text, bool fragment = false);
+
 }  // namespace refpage

@@ -96,7 +96,9 @@ std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string 
             // A member leads to its anchor on the page.
             std::string const target =
                 entry.anchor.empty() ? link : link.substr(0, link.find('#')) + "#" + percentEncode(entry.anchor, true);
-            entries.push_back({RecordProducer::makeRefItemLookup(utf8::utf8to16(entry.name), entry.type, purpose,
+            entries.push_back({RecordProducer::makeRefItemLookup(utf8::utf8to16(entry.name), entry.type,
+                                                                 entry.purpose.empty() ? purpose
+                                                                                       : utf8::utf8to16(entry.purpose),
                                                                  page.deprecated, utf8::utf8to16(target),
                                                                  entry.functionType),
                                p, page.source});

@@ -54,15 +54,17 @@ std::vector<EntrySummary> entriesOf(RefItem const& page, ParsedDescription const
     std::vector<EntrySummary> entries;
     auto const& entities = page.getRefEntities();
     if (entities.empty()) return entries;
-    entries.push_back({utf8(entities[0].getName()), entities[0].getRefEntityType(), entities[0].getFunctionType(), {}});
+    entries.push_back({utf8(entities[0].getName()), entities[0].getRefEntityType(), entities[0].getFunctionType(), {}, {}});
     for (Anchor& anchor : anchorsOf(page, description)) {
         if (anchor.kind == Anchor::Kind::Entity) {
             RefEntity const& entity = entities[anchor.indexPath[0]];
             entries.push_back({std::move(anchor.name), entity.getRefEntityType(), entity.getFunctionType(),
-                               std::move(anchor.id)});
+                               std::move(anchor.id), {}});
         } else if (anchor.kind == Anchor::Kind::ClassProperty) {
+            ClassProperty const& property =
+                page.getClassPropertyGroups()[anchor.indexPath[0]].getClassProperties()[anchor.indexPath[1]];
             entries.push_back({entries.front().name + "." + anchor.name, RefEntityType::Property,
-                               FunctionType::getDefaultValue(), std::move(anchor.id)});
+                               FunctionType::getDefaultValue(), std::move(anchor.id), utf8(property.getPurpose())});
         }
     }
     return entries;

@@ -28,6 +28,7 @@ struct EntrySummary {
     reference::property::RefEntityType::Value type = reference::property::RefEntityType::Unknown;
     reference::property::FunctionType::Value functionType = reference::property::FunctionType::getDefaultValue();
     std::string anchor;  ///< its id on the page (format/Anchors.hpp); empty for the page itself
+    std::string purpose;  ///< a class property's own purpose; empty: the page's
 
     bool operator==(EntrySummary const&) const = default;
 };

@@ -145,6 +145,30 @@ TEST_F(SiteOutput, EveryPageGetsAFileWhateverItsHrefAndTheHomePageStaysAFile) {
         EXPECT_TRUE(fs::is_regular_file(at("site/pages") / (std::string(name) + ".html"))) << name << run.output;
 }
 
+TEST_F(SiteOutput, ReferencedFilesAreCopiedFromTheAssetsFolderNeverThroughASymlinkOrOverAPage) {
+    scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"j(, "AppThumbnail": {"FileRef": "img/a.png", "Alt": "A"},
+        "Description": "![plot](img/b.png) ![gone](img/none.png) ![over a page](ref/b.html) ![out](img/out.png)")j"));
+    scratch_.write("pages/img/a.png", "png a");
+    scratch_.write("pages/img/b.png", "png b");
+    scratch_.write("secret.png", "secret");
+    scratch_.write("pages/ref/b.html", "not a page");
+    fs::create_symlink(at("secret.png"), at("pages/img/out.png"));
+    auto const run = expectRun("site " + pages() + " -o " + at("site").string(), 0,
+                               {"file \"img/none.png\" (line 1, column 20 of the description) cannot be published",
+                                "file \"ref/b.html\" (line 1, column 42 of the description) would stand where a page",
+                                "file \"img/out.png\""});
+    EXPECT_EQ(read(at("site/img/a.png")), "png a");
+    EXPECT_EQ(read(at("site/img/b.png")), "png b");
+    EXPECT_FALSE(fs::exists(at("site/img/none.png")));
+    EXPECT_FALSE(fs::exists(at("site/img/out.png"))) << "a symlink in the assets folder is never followed";
+    EXPECT_TRUE(contains(read(at("site/ref/b.html")), "p.b")) << "the page keeps its place";
+    std::string const html = read(at("site/ref/a.html"));
+    EXPECT_TRUE(contains(html, "../img/b.png")) << html;
+    EXPECT_FALSE(contains(html, "img/none.png\"")) << "a missing file shows its alt text";
+    expectRun("check " + pages(), 0, {"2 missing files"});
+    expectRun("--strict check " + pages(), 1);
+}
+
 TEST_F(SiteOutput, NothingOfTheBuildingMachinesFilesIsPublished) {
     expectRun("-q docset " + pages() + " -o " + at("D.docset").string() + " --name D", 0);
     expectRun("-q site " + pages() + " -o " + at("site").string(), 0);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <refpage/docset/DocSet.hpp>
+#include <refpage/docset/AssetFiles.hpp>
 #include <refpage/docset/PageSummary.hpp>
 #include <optional>
 #include <refpage/format/Check.hpp>
@@ -25,6 +26,7 @@ namespace {
 struct CheckOptions {
     std::vector<std::string> paths;
     std::vector<std::string> inventories;  ///< --inventory URL=FILE, as given
+    std::string assets;                    ///< --assets: where referenced files are; empty: the pages' folder
 };
 
 /// A progress line on stderr, shown only on a terminal, only for long runs, never when quiet.
@@ -120,7 +122,7 @@ int check(CheckOptions const& options, GlobalOptions const& global) {
     // checked as a set, and their links against the inventories given, from the summaries of
     // the pages that passed, each made on the thread that checked its page, which is released there.
     bool const asSet = inputs.size() > 1;
-    bool const summarized = asSet || !inventories.empty();
+    bool const summarized = true;  // every page's files are looked for, alone or in a set
     std::vector<CheckReport> reports(inputs.size());
     std::vector<std::optional<PageSummary>> summaries(inputs.size());
     std::size_t done = 0;
@@ -149,6 +151,13 @@ int check(CheckOptions const& options, GlobalOptions const& global) {
     std::string setCounts = asSet ? checkDocSet(set, global, findings) : std::string();
     std::size_t externalFindings = 0;
     if (!inventories.empty()) setCounts += checkExternalLinks(set, inventories, global, externalFindings);
+    AssetFolder const assets(options.assets.empty() ? defaultAssetFolder(paths) : std::filesystem::path(options.assets));
+    PageErrors const files = fileFindings(set, assets, global.jobs);
+    if (global.strict)
+        printErrors(files, Severity::Error);
+    else if (!global.quiet)
+        printErrors(files, Severity::Warning);
+    if (!files.empty()) setCounts += fmt::format(", {} missing file{}", files.size(), files.size() == 1 ? "" : "s");
     std::chrono::duration<double> const elapsed = std::chrono::steady_clock::now() - start;
     if (!global.quiet)
         fmt::print("{} pages, {} failed{} ({:.2f} s)\n", inputs.size(), failed, setCounts, elapsed.count());
@@ -156,7 +165,7 @@ int check(CheckOptions const& options, GlobalOptions const& global) {
         fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");
         return exitFailed;
     }
-    bool const setFailed = global.strict && findings + externalFindings != 0;
+    bool const setFailed = global.strict && findings + externalFindings + files.size() != 0;
     return failed == 0 && !setFailed ? exitOk : exitFailed;
 }
 
@@ -174,6 +183,9 @@ Command addCheckCommand(CLI::App& app, GlobalOptions const& global) {
     cli->add_option("--inventory", options->inventories,
                     "URL=FILE: FILE is the Sphinx inventory (objects.inv) of the site at URL; a link under URL must "
                     "name something it lists (repeatable; nothing is fetched)");
+    cli->add_option("--assets", options->assets,
+                    "Folder of the files pages reference (thumbnails, images), relative to the doc set's root like "
+                    "links (default: the first folder of pages given, or the folder of the first page file)");
     return {cli, [options, &global] { return check(*options, global); }};
 }
 

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include <refpage/docset/AssetFiles.hpp>
 #include <refpage/format/Inputs.hpp>
 #include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/OutputOverlap.hpp>
@@ -47,6 +48,7 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
     inputs.site.jobs = global.jobs;
     if (!options.title.empty()) inputs.site.title = options.title;
     inputs.site.baseUrl = options.baseUrl;
+    inputs.site.assets = options.assets.empty() ? defaultAssetFolder(options.paths) : std::filesystem::path(options.assets);
     if (!options.templates.empty()) {
         PageErrors errors;
         inputs.site.templates = SiteTemplates::load(options.templates, errors);
@@ -91,6 +93,9 @@ void addSiteOptions(CLI::App& cli, SiteCommandOptions& options, char const* outp
                    "URL where the site will be served (http or https); 404.html links from it, and a docset "
                    "names it as its online fallback")
         ->check([](std::string const& url) { return isWebUrl(url) ? std::string() : "must be an http: or https: URL"; });
+    cli.add_option("--assets", options.assets,
+                   "Folder of the files pages reference (thumbnails, images), copied into the site at their paths "
+                   "(default: the first folder of pages given, or the folder of the first page file)");
 }
 
 }  // namespace refpage

@@ -20,6 +20,7 @@ struct SiteCommandOptions {
     std::string templates;           ///< a folder of replacement templates; empty for the defaults
     std::string title;               ///< the site's title; empty for the default
     std::string baseUrl;             ///< where the site will be served (--base-url); empty for none
+    std::string assets;              ///< --assets: where referenced files are; empty: the pages' folder
 };
 
 struct SiteInputs {
@@ -38,7 +39,7 @@ struct SiteInputs {
 int runSiteBuild(SiteCommandOptions const& options, GlobalOptions const& global, char const* what,
                  FunctionRef<SiteReport(SiteInputs& inputs)> build);
 
-/// Adds PAGES, -o, --templates, --title and --base-url.
+/// Adds PAGES, -o, --templates, --title, --base-url and --assets.
 void addSiteOptions(CLI::App& cli, SiteCommandOptions& options, char const* outputHelp);
 
 }  // namespace refpage

@@ -89,10 +89,11 @@ PageSummary summarize(std::string source, RefItem const& page) {
     ParsedDescription const description = ParsedDescription::parse(utf8(page.getDescription()));
     summary.entries = entriesOf(page, description);
     summary.links = linksOf(page, description);
-    for (auto& file : filesOf(page, description))
-        summary.files.push_back({std::move(file.pointer), std::move(file.path),
-                                 file.pointer == "/Description" ? file.position.line : 0,
-                                 file.pointer == "/Description" ? file.position.column : 0});
+    for (auto& file : filesOf(page, description)) {
+        bool const inDescription = file.pointer == "/Description";  // a place inside the description to give
+        summary.files.push_back({std::move(file.pointer), std::move(file.path), inDescription ? file.position.line : 0,
+                                 inDescription ? file.position.column : 0});
+    }
     return summary;
 }
 

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <exception>
 #include <map>
+#include <unordered_set>
+#include <refpage/docset/AssetFiles.hpp>
 #include <refpage/interchange/InventoryWriter.hpp>
+#include <refpage/site/Assets.hpp>
 #include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/Parallel.hpp>
 #include <refpage/site/Html.hpp>
@@ -84,7 +87,16 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
     std::size_t const count = set.pages().size();
     SiteReport report = planSite(set);
     SiteNavigation const navigation(siteSummaries(set, report.paths));
-    SiteAssetCheck const assetExists = [](std::string_view) { return false; };
+    std::unordered_set<std::string> published;
+    if (options.assets) {
+        AssetFolder const assets(*options.assets);
+        for (auto& warning : fileFindings(set, assets, options.jobs)) report.warnings.push_back(std::move(warning));
+        published = publishAssets(set, report.paths, assets, out, prefix, report.warnings);
+    }
+    // A page shows a referenced file only when it was copied; otherwise its alt text, never a broken image.
+    SiteAssetCheck const assetExists = [&published](std::string_view path) {
+        return published.contains(std::string(path));
+    };
     // Pages are loaded again, rendered, written and released on the threads, in any order;
     // what each says is kept by page and reported in page order.
     std::vector<std::vector<std::string>> unresolved(count);

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <optional>
 #include <refpage/docset/LoadSet.hpp>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/format/PageError.hpp>
@@ -28,6 +29,7 @@ struct SiteOptions {
     std::string baseUrl;            ///< where the site is served ("https://x/docs/"), or empty; 404.html links from it
     bool docset = false;            ///< pages for a docset browser: no site header or search, dashAnchor anchors
     LoadOptions load;               ///< how pages are loaded again for rendering
+    std::optional<std::filesystem::path> assets;  ///< where referenced files are copied from; none: no file is
 };
 
 struct SiteReport {

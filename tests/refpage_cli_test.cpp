@@ -51,7 +51,7 @@ TEST(RefpageTool, JsonWritesTheCanonicalPageWithEnumerationMembersAsKeys) {
 
 TEST(RefpageTool, CheckPassesGoodPagesAndReportsEachBadPageAndFails) {
     expectRun("check " + data("good"), 0, {"3 pages, 0 failed, 2 unresolved links, 0 shared Hrefs, 0 duplicate names ("});
-    expectRun("check " + data("bad") + " " + data("good"), 1,
+    expectRun("check " + data("bad") + " " + data("good") + " --assets " + data("good"), 1,
               {"malformed.json:3:26: error: malformed JSON: syntax error",
                "wrong_type.json:3:73: error: expected a string, found array",
                R"(duplicate_key.json:3:99: error: duplicate key "Name" [/InputGroups/0/Inputs/1/Name])",

@@ -334,40 +334,4 @@ std::size_t LookupIndex::size() const {
     });
 }
 
-std::string LookupIndex::searchData() const {
-    nlohmann::json entries = nlohmann::json::array();
-    sqlite::Statement rows(impl_->db,
-                                 "SELECT id, name, entity_type, function_type, purpose, deprecated, href, page_file "
-                                 "FROM lookup ORDER BY id");
-    std::vector<std::int64_t> ids;
-    while (rows.step()) {
-        auto const type = static_cast<RefEntityType::Value>(rows.integer(2));
-        ids.push_back(rows.integer(0));
-        entries.push_back({{"name", rows.text(1)},
-                           {"type", dashEntryType(type)},
-                           {"entityType", RefEntityType::enumToString(type)},
-                           {"functionType", FunctionType::enumToString(static_cast<FunctionType::Value>(rows.integer(3)))},
-                           {"purpose", rows.text(4)},
-                           {"deprecated", rows.integer(5) != 0},
-                           {"href", rows.text(6)},
-                           {"page", rows.text(7)},
-                           {"words", {nlohmann::json::array(), nlohmann::json::array()}}});
-    }
-    // The words as the full-text index holds them, so the script's BM25 counts what SQLite counts.
-    impl_->db.execute(
-        "CREATE VIRTUAL TABLE IF NOT EXISTS temp.lookup_words USING fts5vocab(main, lookup_text, instance)",
-        "listing the index's words");
-    sqlite::Statement words(impl_->db, "SELECT doc, col, term FROM temp.lookup_words ORDER BY doc, col, offset");
-    std::size_t at = 0;
-    while (words.step()) {
-        std::int64_t const doc = words.integer(0);
-        while (at < ids.size() && ids[at] < doc) ++at;
-        if (at == ids.size() || ids[at] != doc) continue;
-        std::size_t const column = words.text(1) == "name" ? 0 : 1;
-        entries[at]["words"][column].push_back(words.text(2));
-    }
-    nlohmann::json data{{"ranking", rankingDescription()}, {"entries", std::move(entries)}};
-    return data.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
 }  // namespace refpage

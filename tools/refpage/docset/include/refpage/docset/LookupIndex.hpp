@@ -100,12 +100,6 @@ public:
     /// The number of entries.
     std::size_t size() const;
 
-    /// Everything the search script needs, as JSON: {"ranking": rankingDescription(), "entries": [{"name",
-    /// "type" (docset entry type), "entityType", "functionType", "purpose", "deprecated", "href", "page",
-    /// "words": [[name words], [purpose words]]}]} with entries in id order and words as the full-text
-    /// index holds them (case folded).
-    std::string searchData() const;
-
 private:
     struct Impl;
     explicit LookupIndex(std::unique_ptr<Impl> impl);

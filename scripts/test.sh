@@ -18,15 +18,18 @@ stage_dev() { build_and_test dev; }
 stage_asan() { build_and_test asan; }
 
 # ThreadSanitizer where threads meet: the concurrency test (threads on their own records and
-# copies, shared key tables), the doc-set test (pages loaded and checked on -j threads, in
-# the test and through the tool itself) and the site test (pages rendered on threads, each
-# with its own copy of the compiled templates; descriptions parsed by cmark-gfm on each).
+# copies, shared key tables), the doc-set test (pages loaded, summarized and checked on
+# threads), the tool's set test (check, index and find on -j threads through the tool itself,
+# built with ThreadSanitizer), the site test (pages rendered on threads, each with its own copy
+# of the compiled templates; descriptions parsed by cmark-gfm on each) and the output folder
+# (files written from several threads, interrupts handled on their own thread).
 stage_tsan() {
   cmake --preset tsan
-  cmake --build --preset tsan -j2 --target concurrency_test refpage_docset_test site_test
-  TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 build/tsan/tests/concurrency_test
-  TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 build/tsan/tests/refpage_docset_test
-  TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 build/tsan/tests/site_test
+  local tests=(concurrency_test docset_test refpage_set_test site_test output_folder_test)
+  cmake --build --preset tsan -j2 --target "${tests[@]}" refpage
+  for test in "${tests[@]}"; do
+    TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1 "build/tsan/tests/$test"
+  done
 }
 
 # The shared corpus of real pages, used when it is beside the checkout.

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "support/HostTest.hpp"
-#include "support/ToolRun.hpp"
+#include "support/Files.hpp"
 
 namespace {
 

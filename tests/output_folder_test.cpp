@@ -19,7 +19,7 @@
 #include <thread>
 #include <vector>
 
-#include "Beneath.hpp"
+#include <refpage/support/Beneath.hpp>
 
 namespace {
 

@@ -219,4 +219,22 @@ TEST_F(SiteOutput, AnInterruptedSiteLeavesTheOldOneAndNoStagingFolder) {
     EXPECT_GT(interrupted, 0) << "every build ended before it could be interrupted";
 }
 
+TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
+    using testvalues::expectRun;
+    testvalues::ScratchFolder const folder;
+    folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
+    folder.write("pages/b.json", page("p.b", "ref/a.html"));
+    std::string const pages = (folder / "pages").string();
+    std::string const out = " -o " + (folder / "site").string();
+    expectRun("site " + pages + out, 0, {"a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]",
+                                         "2 pages written to", "1 unresolved links shown as text, 1 pages moved"});
+    EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));
+    expectRun("--strict site " + pages + out, 1);
+    EXPECT_EQ(expectRun("-q site " + pages + out, 0).output, "");
+    expectRun("site " + pages + out + " --templates " + (folder / "none").string(), 1, {"no such templates folder"});
+    folder.write("pages/c.json", "{");
+    expectRun("-q site " + pages + out, 1);
+    expectRun("docset " + pages + " -o " + (folder / "D.docset").string(), 2);
+}
+
 }  // namespace

@@ -14,7 +14,8 @@
 #include <utf8.h>
 #include <vector>
 
-#include "support/ToolRun.hpp"
+#include "support/Files.hpp"
+#include "support/Shell.hpp"
 
 namespace {
 

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "support/HostTest.hpp"
-#include "support/ToolRun.hpp"
+#include "support/Files.hpp"
 
 namespace {
 
@@ -257,24 +257,6 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     EXPECT_TRUE(contains(html, R"(<li><a href="#package-Zed">Zed</a> <span class="count">(1)</span></li>)"))
         << "a jump link per package";
     EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html"><span class="w">Alpha</span><wbr></a> <span class="badge">deprecated</span>)"));
-}
-
-TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
-    using testvalues::expectRun;
-    testvalues::ScratchFolder const folder;
-    folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
-    folder.write("pages/b.json", page("p.b", "ref/a.html"));
-    std::string const pages = (folder / "pages").string();
-    std::string const out = " -o " + (folder / "site").string();
-    expectRun("site " + pages + out, 0, {"a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]",
-                                         "2 pages written to", "1 unresolved links shown as text, 1 pages moved"});
-    EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));
-    expectRun("--strict site " + pages + out, 1);
-    EXPECT_EQ(expectRun("-q site " + pages + out, 0).output, "");
-    expectRun("site " + pages + out + " --templates " + (folder / "none").string(), 1, {"no such templates folder"});
-    folder.write("pages/c.json", "{");
-    expectRun("-q site " + pages + out, 1);
-    expectRun("docset " + pages + " -o " + (folder / "D.docset").string(), 2);
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 #include <refpage/support/AssetFolder.hpp>
 #include <refpage/support/AtomicFile.hpp>
 
-#include "Beneath.hpp"
+#include <refpage/support/Beneath.hpp>
 
 namespace refpage {
 

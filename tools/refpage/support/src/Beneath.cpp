@@ -1,4 +1,4 @@
-#include "Beneath.hpp"
+#include <refpage/support/Beneath.hpp>
 
 #include <dirent.h>
 #include <fcntl.h>

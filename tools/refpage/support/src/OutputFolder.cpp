@@ -12,7 +12,7 @@
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/OutputFolder.hpp>
 
-#include "Beneath.hpp"
+#include <refpage/support/Beneath.hpp>
 #include "FileKinds.hpp"
 #include "Umask.hpp"
 

@@ -5,7 +5,7 @@
 #include <refpage/support/TemporaryPaths.hpp>
 #include <unordered_map>
 
-#include "Beneath.hpp"
+#include <refpage/support/Beneath.hpp>
 
 namespace refpage {
 

@@ -1,5 +1,5 @@
 // Files and folders reached from an open folder without ever following a symlink or
-// leaving that folder, and whole trees removed the same way. Internal to support.
+// leaving that folder, and whole trees removed the same way.
 #pragma once
 
 #include <sys/types.h>

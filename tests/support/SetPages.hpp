@@ -1,0 +1,44 @@
+// Small doc sets written in a line each, for the doc set's tests and the tool's.
+#pragma once
+
+#include <fmt/format.h>
+
+#include <refpage/format/Loader.hpp>
+#include <string>
+#include <vector>
+
+#include "support/Files.hpp"
+
+namespace testvalues {
+
+using Lines = std::vector<std::string>;
+
+/// A page "<name>.json" at Href "ref/<name>.html" with the given extra members and, unless they
+/// give RefEntities, one function "pkg.<name>".
+inline refpage::PageInput page(std::string const& name, std::string const& extra = {}) {
+    std::string const entities =
+        contains(extra, "RefEntities")
+            ? ""
+            : fmt::format(R"(, "RefEntities": [{{"Name": "pkg.{}", "RefEntityType": "function"}}])", name);
+    return refpage::PageInput::memory(
+        name + ".json", fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities, extra.empty() ? "" : ", " + extra));
+}
+
+/// RefEntities of one entity of each "name:type" given, then a Purpose.
+inline std::string documenting(std::vector<std::string> const& entities, std::string const& purpose) {
+    std::string list;
+    for (std::string const& entity : entities)
+        list += fmt::format(R"({}{{"Name": "{}", "RefEntityType": "{}"}})", list.empty() ? "" : ", ",
+                            entity.substr(0, entity.find(':')), entity.substr(entity.find(':') + 1));
+    return fmt::format(R"("RefEntities": [{}], "Purpose": "{}")", list, purpose);
+}
+
+inline Lines lines(std::string const& text) {
+    Lines result;
+    std::size_t start = 0;
+    for (std::size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
+        result.push_back(text.substr(start, end - start));
+    return result;
+}
+
+}  // namespace testvalues

@@ -19,12 +19,6 @@ namespace {
 using testvalues::expectRun;
 using testvalues::ScratchFolder;
 
-std::string fileText(std::filesystem::path const& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 std::string quotedPath(std::filesystem::path const& path) {
     return "'" + path.string() + "'";
@@ -35,9 +29,9 @@ TEST(InventoryCommand, ListsEveryEntryOfThePagesAtItsSitePathTheSameBytesEachRun
     std::string const arguments =
         "inventory " + testvalues::data("good") + " --project Demo --version 1.0 -o " + quotedPath(folder / "a.inv");
     expectRun(arguments, 0, {"3 pages, 7 entries written to"});
-    std::string const first = fileText(folder / "a.inv");
+    std::string const first = testvalues::readFile(folder / "a.inv");
     expectRun(arguments, 0);
-    EXPECT_EQ(fileText(folder / "a.inv"), first);
+    EXPECT_EQ(testvalues::readFile(folder / "a.inv"), first);
 
     refpage::Inventory const read = refpage::readInventory(first, "a.inv");
     EXPECT_EQ(read.project, "Demo");
@@ -60,7 +54,7 @@ TEST(InventoryCommand, ABadPageLeavesTheFileAsItWasAndOptionsAreChecked) {
     expectRun("inventory " + testvalues::data("bad/wrong_type.json") + " --project P -o " +
                   quotedPath(folder / "old.inv"),
               1, {"1 failed", "left as it was"});
-    EXPECT_EQ(fileText(folder / "old.inv"), "old");
+    EXPECT_EQ(testvalues::readFile(folder / "old.inv"), "old");
     expectRun("inventory " + testvalues::data("good") + " -o " + quotedPath(folder / "x.inv"), 2, {"--project"});
     expectRun("inventory " + testvalues::data("good") + " --project P --domain 'py:x' -o x.inv", 2, {"--domain"});
 }
@@ -120,7 +114,7 @@ TEST(SchemaCommand, PrintsTheSchemaOrWritesItAndAPageNamingItPassesCheck) {
     nlohmann::json const schema = nlohmann::json::parse(printed.output);
     EXPECT_EQ(schema["$schema"], "https://json-schema.org/draft/2020-12/schema");
     expectRun("schema -o " + quotedPath(folder / "page.schema.json"), 0);
-    EXPECT_EQ(fileText(folder / "page.schema.json"), printed.output);
+    EXPECT_EQ(testvalues::readFile(folder / "page.schema.json"), printed.output);
     folder.write("p.json", R"({"$schema": "page.schema.json", "Href": "p.html"})");
     expectRun("check " + quotedPath(folder / "p.json"), 0, {"1 pages, 0 failed"});
 }

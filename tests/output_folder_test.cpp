@@ -21,6 +21,8 @@
 
 #include <refpage/support/Beneath.hpp>
 
+#include "support/Files.hpp"
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -52,12 +54,6 @@ private:
     fs::path path_;
 };
 
-std::string read(fs::path const& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 void write(fs::path const& file, std::string const& text) {
     fs::create_directories(file.parent_path());
@@ -97,8 +93,8 @@ TEST(OutputFolder, CommitPutsEveryFileInPlaceWithTheMarkerAndTheModeTheUmaskGive
         EXPECT_FALSE(fs::exists(target)) << "nothing at the target before commit";
         EXPECT_EQ(out.commit(), "");
     }
-    EXPECT_EQ(read(target / "index.html"), "home");
-    EXPECT_EQ(read(target / "ref/deep/er/a.html"), "a");
+    EXPECT_EQ(testvalues::readFile(target / "index.html"), "home");
+    EXPECT_EQ(testvalues::readFile(target / "ref/deep/er/a.html"), "a");
     EXPECT_TRUE(fs::is_regular_file(target / refpage::outputMarkerName));
     EXPECT_TRUE(refpage::holdsOutputMarker(target));
     EXPECT_EQ(modeOf(target), 0755u);
@@ -126,9 +122,9 @@ TEST(OutputFolder, ReplacesAFolderItWroteWholeKeepingItsModeAndNeverFollowingThe
         EXPECT_EQ(second.commit(), "");
     }
     EXPECT_FALSE(fs::exists(target / "old.html"));
-    EXPECT_EQ(read(target / "new.html"), "new");
+    EXPECT_EQ(testvalues::readFile(target / "new.html"), "new");
     EXPECT_EQ(modeOf(target), 0750u);
-    EXPECT_EQ(read(scratch / "elsewhere/keep.txt"), "keep") << "removing the old tree followed its symlink";
+    EXPECT_EQ(testvalues::readFile(scratch / "elsewhere/keep.txt"), "keep") << "removing the old tree followed its symlink";
     EXPECT_EQ(scratch.names(), (std::vector<std::string>{"elsewhere", "site"}));
 }
 
@@ -152,7 +148,7 @@ TEST(OutputFolder, RefusesToReplaceAnythingButAnEmptyFolderOrOneItWrote) {
     EXPECT_TRUE(contains(refusal(scratch / "link"), "is a symbolic link, not a folder that may be replaced"));
     EXPECT_TRUE(contains(refusal(scratch / "file"), "is a regular file, not a folder that may be replaced"));
     EXPECT_TRUE(contains(refusal(scratch.path() / "."), "name the output folder itself"));
-    EXPECT_EQ(read(scratch / "home/.profile"), "mine");
+    EXPECT_EQ(testvalues::readFile(scratch / "home/.profile"), "mine");
     fs::create_directory(scratch / "empty");
     for (char const* accepted : {"empty", "marked", "marked/", "new"})
         EXPECT_EQ(refusal(scratch / accepted), "accepted");
@@ -188,7 +184,7 @@ TEST_P(SymlinkInside, IsNeverWrittenThroughNorFollowedAsAFolder) {
     fs::create_symlink(scratch / "outside/victim.html", out.staging() / "page.html");
     EXPECT_FALSE(out.writeFile("ref/new.html", "x"));
     EXPECT_FALSE(out.writeFile("page.html", "x"));
-    EXPECT_EQ(read(scratch / "outside/victim.html"), "victim");
+    EXPECT_EQ(testvalues::readFile(scratch / "outside/victim.html"), "victim");
     EXPECT_FALSE(fs::exists(scratch / "outside/new.html"));
     EXPECT_TRUE(contains(out.failure(), "site/ref/new.html\": cannot write: ")) << out.failure();
 }
@@ -230,7 +226,7 @@ TEST(OutputFolder, AFailedWriteNamesThePathAndReasonOnceStopsTheRestAndLeavesThe
     ::setrlimit(RLIMIT_FSIZE, &previousLimit);
     ::sigaction(SIGXFSZ, &previousAction, nullptr);
     EXPECT_EQ(message, "\"" + (target / "big/page.html").string() + "\": cannot write: File too large");
-    EXPECT_EQ(read(target / "a.html"), "old");
+    EXPECT_EQ(testvalues::readFile(target / "a.html"), "old");
     EXPECT_FALSE(fs::exists(target / "small.html"));
     EXPECT_EQ(scratch.names(), std::vector<std::string>{"site"});
 }
@@ -281,7 +277,7 @@ TEST(InterruptCleanup, ATerminatedProcessRemovesItsStagingFolderAndTemporaryFile
     ::waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << "status " << status;
     EXPECT_EQ(scratch.names(), std::vector<std::string>{"index.sqlite"});
-    EXPECT_EQ(read(scratch / "index.sqlite"), "old index");
+    EXPECT_EQ(testvalues::readFile(scratch / "index.sqlite"), "old index");
 }
 
 TEST(OutputOverlap, AnOutputThatIsInsideOrHoldsAnInputIsRefusedHoweverItIsSpelled) {

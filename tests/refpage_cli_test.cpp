@@ -24,11 +24,6 @@ using testvalues::refpage;
 using testvalues::ToolRun;
 using namespace std::string_literals;
 
-std::string readFile(std::filesystem::path const& file) {
-    std::ostringstream text;
-    text << std::ifstream(file, std::ios::binary).rdbuf();
-    return text.str();
-}
 
 TEST(RefpageTool, ShowPrintsTheBundledSamplePageOrAFileWithDisplayTexts) {
     ToolRun const sample = expectRun("show", 0, {"refpage.check (Tool, Tool_Launcher)", "--strict (name-value)"});
@@ -93,13 +88,13 @@ TEST(RefpageTool, JsonOutputFileIsReplacedOnlyByAPageThatLoaded) {
     testvalues::ScratchFolder const folder;
     std::string const target = (folder / "out.json").string();
     EXPECT_EQ(expectRun("json -o " + target + " " + data("good/minimal.json"), 0).output, "");
-    EXPECT_EQ(readFile(target), refpage("json " + data("good/minimal.json")).output);
+    EXPECT_EQ(testvalues::readFile(target), refpage("json " + data("good/minimal.json")).output);
     fs::permissions(target, fs::perms::owner_read | fs::perms::owner_write);
     expectRun("json -o " + target + " " + data("good/unicode.json"), 0);
     EXPECT_EQ(fs::status(target).permissions(), fs::perms::owner_read | fs::perms::owner_write)
         << "a file replaced keeps its permissions";
     expectRun("json " + data("bad/wrong_type.json") + " --output " + target, 1);
-    EXPECT_EQ(readFile(target), refpage("json " + data("good/unicode.json")).output) << "left untouched";
+    EXPECT_EQ(testvalues::readFile(target), refpage("json " + data("good/unicode.json")).output) << "left untouched";
     EXPECT_EQ(std::distance(fs::directory_iterator(folder.path()), {}), 1) << "no temporary left";
     expectRun("json -o " + (folder / "no/such/folder.json").string() + " " + data("good/minimal.json"), 1,
               {"No such file or directory"});
@@ -143,7 +138,7 @@ TEST(RefpageTool, HelpAndThePageFormatReferenceListEveryEnumerationKeyTheLibrary
     std::string help = refpage("--help").output;
     for (std::size_t wrap = help.find(",\n    "); wrap != std::string::npos; wrap = help.find(",\n    "))
         help.replace(wrap, 6, ", ");
-    std::string const formatReference = readFile(std::filesystem::path(REFPROP_SOURCE_DIR) / "docs" / "page-format.md");
+    std::string const formatReference = testvalues::readFile(std::filesystem::path(REFPROP_SOURCE_DIR) / "docs" / "page-format.md");
     for (auto const* info : reference::glue::allEnumerations()) {
         std::string keys;
         for (auto const& member : info->members)

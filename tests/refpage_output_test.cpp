@@ -30,12 +30,6 @@ using testvalues::data;
 using testvalues::expectRun;
 using testvalues::ScratchFolder;
 
-std::string read(fs::path const& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 mode_t modeOf(fs::path const& path) {
     struct stat status {};
@@ -81,7 +75,7 @@ TEST(FileOutput, ADeviceFifoSymlinkOrFolderAtTheOutputIsRefusedAndLeftAsItWas) {
     struct stat null {};
     ASSERT_EQ(::stat("/dev/null", &null), 0);
     EXPECT_TRUE(S_ISCHR(null.st_mode)) << "/dev/null was replaced";
-    EXPECT_EQ(read(victim), "victim");
+    EXPECT_EQ(testvalues::readFile(victim), "victim");
     EXPECT_TRUE(fs::is_symlink(scratch / "link.sqlite"));
     EXPECT_TRUE(fs::is_empty(scratch / "folder"));
     EXPECT_TRUE(temporaryNames(scratch.path()).empty());
@@ -96,7 +90,7 @@ TEST(FileOutput, AnOutputThatIsAnInputOrLiesInAnInputFolderIsRefusedBeforeAnythi
     expectRun("index " + pages + " -o " + (scratch / "link/sub/new.sqlite").string(), 1, {"lies inside the input"});
     expectRun("index " + page.string() + " -o " + page.string(), 1, {"would replace the input"});
     expectRun("json " + page.string() + " -o " + (scratch / "link/a.json").string(), 1, {"would replace the input"});
-    EXPECT_EQ(read(page), testvalues::minimalPage);
+    EXPECT_EQ(testvalues::readFile(page), testvalues::minimalPage);
     EXPECT_FALSE(fs::exists(scratch / "pages/sub"));
     expectRun("json " + page.string() + " -o " + (scratch / "pages/b.json").string(), 0);  // beside a file input
 }
@@ -124,7 +118,7 @@ TEST(FileOutput, AWriteThatFailsSaysWhyLeavesTheOldIndexAndNoTemporaryFile) {
     EXPECT_EQ(run.status, 1) << run.output;
     EXPECT_TRUE(contains(run.output, "\"" + index.string() + "\": cannot write: ")) << run.output;
     EXPECT_FALSE(contains(run.output, "CREATE")) << "no schema in a message: " << run.output;
-    EXPECT_EQ(read(index), "old index");
+    EXPECT_EQ(testvalues::readFile(index), "old index");
     EXPECT_TRUE(temporaryNames(scratch.path()).empty());
 }
 

@@ -27,12 +27,6 @@ using testvalues::contains;
 using testvalues::expectRun;
 using testvalues::ScratchFolder;
 
-std::string read(fs::path const& file) {
-    std::ifstream in(file, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
 
 /// Every entry under `root` (symlinks not followed) with its bytes, its link target or "<folder>".
 std::map<std::string, std::string> tree(fs::path const& root) {
@@ -44,7 +38,7 @@ std::map<std::string, std::string> tree(fs::path const& root) {
         else if (entry.is_directory())
             entries[name] = "<folder>";
         else
-            entries[name] = read(entry.path());
+            entries[name] = testvalues::readFile(entry.path());
     }
     return entries;
 }
@@ -81,10 +75,10 @@ TEST_F(SiteOutput, SymlinksPlantedInAnOldSiteAreReplacedNeverFollowed) {
     fs::remove_all(at("site/_site"));
     fs::create_directory_symlink(at("outside"), at("site/_site"));
     expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
-    EXPECT_EQ(read(at("victim.html")), "victim");
+    EXPECT_EQ(testvalues::readFile(at("victim.html")), "victim");
     EXPECT_TRUE(fs::is_empty(at("outside")));
     EXPECT_FALSE(fs::is_symlink(at("site/index.html")));
-    EXPECT_TRUE(contains(read(at("site/index.html")), "<!DOCTYPE html>"));
+    EXPECT_TRUE(contains(testvalues::readFile(at("site/index.html")), "<!DOCTYPE html>"));
     EXPECT_TRUE(fs::is_regular_file(at("site/_site/style.css")) && !fs::is_symlink(at("site/_site")));
 }
 
@@ -157,12 +151,12 @@ TEST_F(SiteOutput, ReferencedFilesAreCopiedFromTheAssetsFolderNeverThroughASymli
                                {"file \"img/none.png\" (line 1, column 20 of the description) cannot be published",
                                 "file \"ref/b.html\" (line 1, column 42 of the description) would stand where a page",
                                 "file \"img/out.png\""});
-    EXPECT_EQ(read(at("site/img/a.png")), "png a");
-    EXPECT_EQ(read(at("site/img/b.png")), "png b");
+    EXPECT_EQ(testvalues::readFile(at("site/img/a.png")), "png a");
+    EXPECT_EQ(testvalues::readFile(at("site/img/b.png")), "png b");
     EXPECT_FALSE(fs::exists(at("site/img/none.png")));
     EXPECT_FALSE(fs::exists(at("site/img/out.png"))) << "a symlink in the assets folder is never followed";
-    EXPECT_TRUE(contains(read(at("site/ref/b.html")), "p.b")) << "the page keeps its place";
-    std::string const html = read(at("site/ref/a.html"));
+    EXPECT_TRUE(contains(testvalues::readFile(at("site/ref/b.html")), "p.b")) << "the page keeps its place";
+    std::string const html = testvalues::readFile(at("site/ref/a.html"));
     EXPECT_TRUE(contains(html, "../img/b.png")) << html;
     EXPECT_FALSE(contains(html, "img/none.png\"")) << "a missing file shows its alt text";
     expectRun("check " + pages(), 0, {"2 missing files"});

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,13 @@ namespace testvalues {
 /// True when `part` occurs in `text`.
 inline bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
+}
+
+/// The bytes of `file`; empty when it cannot be read.
+inline std::string readFile(std::filesystem::path const& file) {
+    std::ifstream in(file, std::ios::binary);
+    std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return text;
 }
 
 /// A test page file of tests/data.

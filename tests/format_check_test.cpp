@@ -11,8 +11,10 @@
 #include <refpage/format/Loader.hpp>
 #include <refpage/format/Writer.hpp>
 #include <string>
+#include <vector>
 
 
+#include "support/Files.hpp"
 #include "support/HostTest.hpp"
 
 namespace {
@@ -151,6 +153,20 @@ TEST_F(PageCheck, APageThatPassesIsShownToTheVisitorLoadedAndOneThatFailsIsNot) 
     CheckedOne const bad = checkOne(R"({"Href": 1})");
     EXPECT_FALSE(bad.report.passed());
     EXPECT_FALSE(bad.href);
+}
+
+TEST_F(PageCheck, PagesReadFromFilesOfEverySizeAreCheckedFromTheirOwnText) {
+    // A text read from a file is trimmed to its size before the check reads it; the smallest
+    // files, with the most room to trim, are where a check reading the untrimmed buffer would show.
+    testvalues::ScratchFolder const folder;
+    std::vector<refpage::PageInput> inputs;
+    for (std::string const& text : {std::string("{}"), std::string(R"({"Href": "a.html"})"), std::string(R"({"Href": 1})"), std::string(page)})
+        inputs.push_back(refpage::PageInput::file(folder.write(std::to_string(inputs.size()) + ".json", text)));
+    std::vector<bool> passed(inputs.size());
+    refpage::checkEach(inputs, 2, {}, false, [&](std::size_t i, refpage::CheckReport&& report, refpage::LoadResult const*) {
+        passed[i] = report.passed();
+    });
+    EXPECT_EQ(passed, (std::vector<bool>{true, true, false, true}));
 }
 
 TEST_F(PageCheck, APageThatDoesNotLoadIsComparedWithNothing) {

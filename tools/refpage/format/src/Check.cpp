@@ -357,6 +357,7 @@ void checkEach(std::span<PageInput const> inputs, unsigned jobs, LoadOptions con
                     owned->shrink_to_fit();
                 } catch (std::bad_alloc const&) {  // checked as it is
                 }
+                text = *owned;  // the text may have moved
             }
             LoadResult page;
             CheckReport report = checkText(text, owned, input.source, options, withPages ? &page : nullptr);

@@ -131,8 +131,9 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
     try {
         write(out, prefix, siteIndexPath, renderSiteIndex(indexView, options.templates));
         SiteIndexView notFound = indexView;
-        notFound.root = options.baseUrl.empty() || options.baseUrl.ends_with('/') ? options.baseUrl
-                                                                                   : options.baseUrl + '/';
+        std::string const base = options.baseUrl.empty() || options.baseUrl.ends_with('/') ? options.baseUrl
+                                                                                            : options.baseUrl + '/';
+        notFound.root = base;  // borrowed: `base` lives until the page is rendered
         write(out, prefix, siteNotFoundPath, renderSiteNotFound(notFound, options.templates));
     } catch (std::exception const& e) {
         report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});

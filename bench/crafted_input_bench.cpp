@@ -1,9 +1,11 @@
 // Inputs crafted for the worst case, each at two sizes to show linear growth (time per
 // item alike at both): site paths for pages without an Href, all of one name (each
-// needs a numbered derived path), and find with one query word repeated.
+// needs a numbered derived path), find with one query word repeated, and the doc set's
+// check of pages that all document one entity name.
 #include "support/Registration.hpp"
 
 #include <reference/property/RecordProducer.hpp>
+#include <refpage/docset/DocSet.hpp>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/site/Paths.hpp>
 #include <string>
@@ -45,6 +47,19 @@ int const registered = [] {
             auto const& index = valueIndex();
             for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(index.find(query));
             bench::reportTimePerOperation(state, words);
+        })->Unit(benchmark::kMillisecond);
+    for (int entities : {5000, 40000})
+        bench::registerBenchmark("crafted/check_one_name/" + std::to_string(entities), [entities](auto& state) {
+            std::vector<refpage::PageSummary> pages(static_cast<std::size_t>(entities) / 4);
+            for (std::size_t p = 0; p < pages.size(); ++p) {
+                pages[p].source = "p" + std::to_string(p) + ".json";
+                for (int e = 0; e < 4; ++e)  // four entities a page, every one named alike, two types
+                    pages[p].entities.push_back({"pkg.same", e % 2 ? RefEntityType::Method : RefEntityType::Function,
+                                                 FunctionType::getDefaultValue()});
+            }
+            refpage::DocSet const set(std::move(pages));
+            for ([[maybe_unused]] auto _ : state) benchmark::DoNotOptimize(set.check().findings.size());
+            bench::reportTimePerOperation(state, entities);
         })->Unit(benchmark::kMillisecond);
     return 0;
 }();

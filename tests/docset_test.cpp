@@ -145,6 +145,15 @@ TEST_F(DocSetTest, LoadingOnFourThreadsGivesWhatOneThreadGivesInTheSameOrder) {
     EXPECT_EQ(four.inputOf, one.inputOf);
     EXPECT_EQ(four.failed, 10u);
     EXPECT_TRUE(four.set.pages() == one.set.pages());
+    // A set loaded for its outputs keeps everything but the links.
+    auto const outputs = refpage::loadDocSet(inputs, 4, {}, refpage::SummaryLinks::Left);
+    ASSERT_EQ(outputs.set.pages().size(), one.set.pages().size());
+    for (std::size_t i = 0; i < one.set.pages().size(); ++i) {
+        auto withoutLinks = one.set.pages()[i];
+        EXPECT_FALSE(withoutLinks.links.empty());
+        withoutLinks.links.clear();
+        EXPECT_TRUE(outputs.set.pages()[i] == withoutLinks) << i;
+    }
     EXPECT_EQ(described(four.set.check(4)), described(one.set.check(1))) << "the set's check on threads";
     ASSERT_EQ(four.diagnostics.size(), inputs.size());
     for (std::size_t i = 0; i < inputs.size(); ++i) {

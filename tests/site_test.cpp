@@ -259,4 +259,35 @@ TEST_F(SiteBuild, IndexGroupsByPackageThenTitleIgnoringCase) {
     EXPECT_TRUE(contains(html, R"(<li class="deprecated-entry"><a href="a.html"><span class="w">Alpha</span><wbr></a> <span class="badge">deprecated</span>)"));
 }
 
+TEST_F(SiteBuild, SearchAndInventoryListWhatTheLookupIndexListsAtTheSitesPaths) {
+    add(R"j({"Href": "ref/k.html#top", "RefEntities": [{"Name": "p.K", "RefEntityType": "class"},
+             {"Name": "p.K", "RefEntityType": "constructor"}, {"Name": "p.K.go", "RefEntityType": "method"}],
+             "Purpose": "A é thing", "DeprecationStatus": "warn",
+             "ClassPropertyGroups": [{"Properties": [{"Name": "T", "Purpose": "its own"}, {"Name": "n"}]}]})j");
+    add(page("p.f", "ref/f.html"));
+    std::vector<std::string> const paths{"ref/gen k.html", "ref/f.html"};
+    LoadedSet const set = loaded();
+    std::vector<SearchEntry> const search = siteSearchEntries(set.set, paths);
+    std::vector<LookupEntry> const lookup = siteLookupEntries(set.set, paths);
+    ASSERT_EQ(search.size(), lookup.size());
+    ASSERT_EQ(search.size(), 5u);
+    for (std::size_t i = 0; i < search.size(); ++i) {
+        auto const& record = lookup[i].lookup;
+        EXPECT_EQ(search[i].name, utf8(record.getName())) << i;
+        EXPECT_EQ(search[i].entityType, record.getType()) << i;
+        EXPECT_EQ(search[i].functionType, record.getFunctionType()) << i;
+        EXPECT_EQ(search[i].purpose, utf8(record.getPurpose())) << i;
+        EXPECT_EQ(search[i].deprecated, record.isDeprecated()) << i;
+        EXPECT_EQ(search[i].path, utf8(record.getHref())) << i;
+    }
+    EXPECT_EQ(search[1].path, "ref/gen%20k.html#p.K.go") << "a member at its anchor, the page's path encoded";
+    EXPECT_EQ(search[2].purpose, "its own");
+    EXPECT_EQ(search[3].purpose, "A \u00e9 thing") << "a property without its own purpose has the page's";
+    std::vector<InventoryEntry> const inventory = siteInventoryEntries(search);
+    ASSERT_EQ(inventory.size(), search.size());
+    EXPECT_EQ(inventory[4].uri, "ref/f.html");
+    EXPECT_EQ(inventory[2].name, "p.K.T");
+    EXPECT_EQ(inventory[2].uri, "ref/gen%20k.html#property-T");
+}
+
 }  // namespace

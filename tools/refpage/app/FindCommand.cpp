@@ -33,7 +33,8 @@ struct FindOptions {
 /// The index named by --index, or one built in memory from the pages; nullopt when a page failed.
 std::optional<LookupIndex> openIndex(FindOptions const& options, GlobalOptions const& global) {
     if (!options.index.empty()) return LookupIndex::open(options.index);
-    LoadedSet const loaded = loadDocSet(namedInputs(options.paths), global.jobs, LoadOptions{global.strict});
+    LoadedSet const loaded =
+        loadDocSet(namedInputs(options.paths), global.jobs, LoadOptions{global.strict}, SummaryLinks::Left);
     printLoadDiagnostics(loaded, global.quiet);
     if (loaded.failed != 0) return std::nullopt;
     return LookupIndex::inMemory(lookupEntries(loaded.set));

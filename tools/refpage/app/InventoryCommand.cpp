@@ -28,7 +28,7 @@ struct InventoryCommandOptions {
 /// One entry per entity of the set, each at its page's path in the site that `site` writes of
 /// the same pages (planSite), percent-encoded.
 std::vector<InventoryEntry> siteInventoryEntries(DocSet const& set) {
-    return inventoryEntries(siteLookupEntries(set, planSite(set).paths));
+    return siteInventoryEntries(siteSearchEntries(set, planSite(set).paths));
 }
 
 int inventory(InventoryCommandOptions const& options, GlobalOptions const& global) {

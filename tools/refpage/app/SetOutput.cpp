@@ -18,7 +18,7 @@ std::optional<SetForFile> loadSetForFile(std::vector<std::string> const& paths, 
     requireReplaceableFile(output);  // a device or folder at -o is refused before pages are read
     std::vector<PageInput> const inputs = namedInputs(paths);
     set.pages = inputs.size();
-    set.loaded = loadDocSet(inputs, global.jobs, LoadOptions{global.strict});
+    set.loaded = loadDocSet(inputs, global.jobs, LoadOptions{global.strict}, SummaryLinks::Left);
     printLoadDiagnostics(set.loaded, global.quiet);
     if (inputs.empty()) {
         fmt::print(stderr, "error: no page found: no *.json file in the folders given\n");

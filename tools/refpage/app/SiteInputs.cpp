@@ -38,7 +38,7 @@ SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const
             input.entry.error = std::move(error);
     }
     inputs.site.load = LoadOptions{global.strict};
-    inputs.loaded = loadDocSet(inputs.inputs, global.jobs, inputs.site.load);
+    inputs.loaded = loadDocSet(inputs.inputs, global.jobs, inputs.site.load, SummaryLinks::Left);
     printLoadDiagnostics(inputs.loaded, global.quiet);
     if (inputs.loaded.failed != 0) inputs.status = exitFailed;
     if (inputs.inputs.empty()) {

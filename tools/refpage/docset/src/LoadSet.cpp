@@ -3,13 +3,14 @@
 
 namespace refpage {
 
-LoadedSet loadDocSet(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options) {
+LoadedSet loadDocSet(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options,
+                     SummaryLinks links) {
     LoadedSet loaded;
     loaded.diagnostics.resize(inputs.size());
     std::vector<std::optional<PageSummary>> summaries(inputs.size());
     loadEach(inputs, jobs, options, [&](std::size_t i, LoadResult&& result) {
         summaries[i].reset();
-        if (result.ok()) summaries[i] = summarize(inputs[i].source, nativePage(result.page.get()));
+        if (result.ok()) summaries[i] = summarize(inputs[i].source, nativePage(result.page.get()), links);
         loaded.diagnostics[i] = {std::move(result.errors), std::move(result.warnings)};
     });
     std::vector<PageSummary> pages;

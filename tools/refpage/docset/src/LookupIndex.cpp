@@ -93,9 +93,7 @@ std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string 
         std::u16string const purpose = utf8::utf8to16(page.purpose);
         std::string const& link = p < links.size() ? links[p] : page.href;
         for (auto const& entry : page.entries) {
-            // A member leads to its anchor on the page.
-            std::string const target =
-                entry.anchor.empty() ? link : link.substr(0, link.find('#')) + "#" + percentEncode(entry.anchor, true);
+            std::string const target = entryLink(link, entry.anchor);
             entries.push_back({RecordProducer::makeRefItemLookup(utf8::utf8to16(entry.name), entry.type,
                                                                  entry.purpose.empty() ? purpose
                                                                                        : utf8::utf8to16(entry.purpose),
@@ -105,6 +103,15 @@ std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string 
         }
     }
     return entries;
+}
+
+std::string entryLink(std::string_view pageLink, std::string_view anchor) {
+    if (anchor.empty()) return std::string(pageLink);
+    // A member leads to its anchor on the page.
+    std::string link(pageLink.substr(0, pageLink.find('#')));
+    link += '#';
+    link += percentEncode(anchor, true);
+    return link;
 }
 
 std::string_view dashEntryType(RefEntityType::Value type) noexcept {

@@ -76,7 +76,7 @@ std::string LinkSummary::where() const {
     return line == 0 ? std::string() : fmt::format(" (line {}, column {} of the description)", line, column);
 }
 
-PageSummary summarize(std::string source, RefItem const& page) {
+PageSummary summarize(std::string source, RefItem const& page, SummaryLinks links) {
     PageSummary summary;
     summary.source = std::move(source);
     summary.href = utf8(page.getHref());
@@ -84,16 +84,21 @@ PageSummary summarize(std::string source, RefItem const& page) {
     summary.package = utf8(page.getPackageName());
     summary.purpose = utf8(page.getPurpose());
     summary.deprecated = page.getDeprecationStatus() != DeprecationStatus::Current;
+    summary.entities.reserve(page.getRefEntities().size());
     for (auto const& entity : page.getRefEntities())
         summary.entities.push_back({utf8(entity.getName()), entity.getRefEntityType(), entity.getFunctionType()});
     ParsedDescription const description = ParsedDescription::parse(utf8(page.getDescription()));
     summary.entries = entriesOf(page, description);
-    summary.links = linksOf(page, description);
+    if (links == SummaryLinks::Kept) summary.links = linksOf(page, description);
     for (auto& file : filesOf(page, description)) {
         bool const inDescription = file.pointer == "/Description";  // a place inside the description to give
         summary.files.push_back({std::move(file.pointer), std::move(file.path), inDescription ? file.position.line : 0,
                                  inDescription ? file.position.column : 0});
     }
+    // A set holds one summary per page for the whole run: no spare capacity.
+    summary.entries.shrink_to_fit();
+    summary.links.shrink_to_fit();
+    summary.files.shrink_to_fit();
     return summary;
 }
 

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 std::string PageEntry::source() const {
     if (error) return error->source;
-    return path.empty() ? std::string(stdinSource) : path.string();
+    return path.empty() ? std::string(stdinSource) : path;
 }
 
 namespace {
@@ -99,7 +99,7 @@ void walkFolder(fs::path const& root, std::vector<PageEntry>& entries) {
     std::vector<WalkFrame> stack;
     auto enter = [&](fs::path const& folder) {
         FolderListing listing = listFolder(folder);
-        if (listing.error) entries.push_back(PageEntry{folder, std::move(listing.error)});
+        if (listing.error) entries.push_back(PageEntry{folder.string(), std::move(listing.error)});
         stack.push_back(WalkFrame{std::move(listing.children), 0});
     };
     enter(root);
@@ -115,7 +115,7 @@ void walkFolder(fs::path const& root, std::vector<PageEntry>& entries) {
         if (::lstat(child.c_str(), &own) != 0) {
             // Vanished since the listing: reported when it was a page or a folder of pages.
             if (listed.folder || isPageName(child))
-                entries.push_back(PageEntry{child, failure(child, systemReason(errno))});
+                entries.push_back(PageEntry{child.string(), failure(child, systemReason(errno))});
             continue;
         }
         if (S_ISDIR(own.st_mode)) {
@@ -126,12 +126,12 @@ void walkFolder(fs::path const& root, std::vector<PageEntry>& entries) {
         if (S_ISLNK(own.st_mode)) {
             struct stat target {};
             if (::stat(child.c_str(), &target) != 0) {
-                entries.push_back(PageEntry{child, failure(child, systemReason(errno))});
+                entries.push_back(PageEntry{child.string(), failure(child, systemReason(errno))});
                 continue;
             }
             if (S_ISDIR(target.st_mode)) continue;  // symlinked folders are not followed
         }
-        entries.push_back(PageEntry{child, std::nullopt});
+        entries.push_back(PageEntry{child.string(), std::nullopt});
     }
 }
 
@@ -149,7 +149,7 @@ std::vector<PageEntry> findPageEntries(std::vector<std::string> const& names) {
         if (::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
             walkFolder(path, entries);
         else
-            entries.push_back(PageEntry{path, std::nullopt});
+            entries.push_back(PageEntry{name, std::nullopt});
     }
     return entries;
 }

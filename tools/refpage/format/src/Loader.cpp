@@ -9,7 +9,7 @@
 namespace refpage {
 
 PageInput PageInput::file(std::filesystem::path const& path) {
-    PageEntry entry{path, std::nullopt};
+    PageEntry entry{path.string(), std::nullopt};
     return {entry.source(), std::nullopt, std::move(entry)};
 }
 
@@ -23,13 +23,13 @@ PageInput PageInput::named(std::string const& name) {
 }
 
 std::vector<PageInput> namedInputs(std::vector<std::string> const& names) {
-    return entryInputs(findPageEntries(names));
-}
-
-std::vector<PageInput> entryInputs(std::span<PageEntry const> entries) {
+    std::vector<PageEntry> entries = findPageEntries(names);
     std::vector<PageInput> inputs;
     inputs.reserve(entries.size());
-    for (auto const& entry : entries) inputs.push_back({entry.source(), std::nullopt, entry});
+    for (auto& entry : entries) {
+        std::string source = entry.source();
+        inputs.push_back({std::move(source), std::nullopt, std::move(entry)});
+    }
     return inputs;
 }
 

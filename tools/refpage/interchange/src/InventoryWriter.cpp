@@ -94,12 +94,4 @@ std::string inventoryBytes(std::span<InventoryEntry const> entries, InventoryOpt
     return out;
 }
 
-std::vector<InventoryEntry> inventoryEntries(std::span<LookupEntry const> entries) {
-    std::vector<InventoryEntry> out;
-    out.reserve(entries.size());
-    for (auto const& entry : entries)
-        out.push_back({utf8(entry.lookup.getName()), entry.lookup.getType(), utf8(entry.lookup.getHref())});
-    return out;
-}
-
 }  // namespace refpage

@@ -11,6 +11,7 @@
 #include <refpage/site/Search.hpp>
 #include <set>
 #include <span>
+#include <unordered_map>
 #include <utf8.h>
 
 namespace refpage {
@@ -75,39 +76,53 @@ std::string shardScript(std::string const& name, Json const& data) {
                        data.dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-/// A trie of keys with items, split where a node holds more than searchShardLimit keys.
+/// A trie of keys with items, split where a node weighs more than searchShardLimit.
 template <class Item>
 struct Trie {
     std::map<std::u32string, std::vector<Item>> nodes;  ///< node prefix -> its items
     std::set<std::u32string> split;                     ///< nodes split into children
 };
 
-/// Builds a trie over (key, item) pairs, without recursion: nodes wait in a queue. For a
-/// split node, `keep(items of the whole node)` chooses what it keeps besides exact keys.
+/// An item under its key, weighing what it costs the node that holds it.
+template <class Item>
+struct Keyed {
+    std::u32string key;
+    Item item;
+    std::size_t weight = 1;
+};
+
+/// Builds a trie over keyed items, without recursion: nodes wait in a queue. For a split
+/// node, `keep(items of the whole node)` chooses what it keeps besides exact keys.
 template <class Item, class Keep>
-Trie<Item> buildTrie(std::vector<std::pair<std::u32string, Item>> keyed, Keep const& keep) {
+Trie<Item> buildTrie(std::vector<Keyed<Item>> keyed, Keep const& keep) {
+    using Items = std::vector<Keyed<Item>>;
     Trie<Item> trie;
-    std::deque<std::pair<std::u32string, std::vector<std::pair<std::u32string, Item>>>> queue;
-    std::map<std::u32string, std::vector<std::pair<std::u32string, Item>>> first;
+    std::deque<std::pair<std::u32string, Items>> queue;
+    std::map<std::u32string, Items> first;
     for (auto& entry : keyed)
-        if (!entry.first.empty()) first[entry.first.substr(0, 1)].push_back(std::move(entry));
+        if (!entry.key.empty()) first[entry.key.substr(0, 1)].push_back(std::move(entry));
+    keyed = {};
     for (auto& node : first) queue.emplace_back(node.first, std::move(node.second));
+    first.clear();
     while (!queue.empty()) {
         std::u32string const prefix = std::move(queue.front().first);
-        auto items = std::move(queue.front().second);
+        Items items = std::move(queue.front().second);
         queue.pop_front();
-        bool const longer = std::any_of(items.begin(), items.end(), [&](auto const& e) { return e.first.size() > prefix.size(); });
+        bool const longer =
+            std::any_of(items.begin(), items.end(), [&](auto const& e) { return e.key.size() > prefix.size(); });
+        std::size_t weight = 0;
+        for (auto const& entry : items) weight += entry.weight;
         auto& node = trie.nodes[prefix];
-        if (items.size() <= searchShardLimit || !longer) {
-            for (auto& entry : items) node.push_back(std::move(entry.second));
+        if (weight <= searchShardLimit || !longer) {
+            for (auto& entry : items) node.push_back(std::move(entry.item));
             continue;
         }
         trie.split.insert(prefix);
         node = keep(items);
-        std::map<std::u32string, std::vector<std::pair<std::u32string, Item>>> children;
+        std::map<std::u32string, Items> children;
         for (auto& entry : items) {
-            if (entry.first.size() == prefix.size()) node.push_back(entry.second);
-            else children[entry.first.substr(0, prefix.size() + 1)].push_back(std::move(entry));
+            if (entry.key.size() == prefix.size()) node.push_back(entry.item);
+            else children[entry.key.substr(0, prefix.size() + 1)].push_back(std::move(entry));
         }
         for (auto& child : children) queue.emplace_back(child.first, std::move(child.second));
     }
@@ -137,13 +152,15 @@ Json splitKeys(Trie<Item> const& trie) {
     return keys;
 }
 
+// Ids, orders and counts are 32-bit: a set holds far fewer entries, and a posting per word
+// of every entry is the largest thing the search data keeps while it is written.
 struct NameItem {
-    std::size_t id;
-    std::size_t order;
+    std::uint32_t id;
+    std::uint32_t order;
 };
 
 struct Posting {
-    std::size_t id, nameHits, purposeHits, words, order;
+    std::uint32_t id, nameHits, purposeHits, words, order;
 };
 
 std::string base64(std::string_view bytes) {
@@ -165,15 +182,15 @@ std::string base64(std::string_view bytes) {
 Json flat(std::span<Posting const> postings) {
     Json list = Json::array();
     for (auto const& p : postings)  // five numbers a posting: cheaper to parse than arrays
-        for (std::size_t value : {p.id, p.nameHits, p.purposeHits, p.words, p.order}) list.push_back(value);
+        for (std::uint32_t value : {p.id, p.nameHits, p.purposeHits, p.words, p.order}) list.push_back(value);
     return list;
 }
 
 /// A word held by many entries: membership as bits, the usual hits and the exceptions, and the
 /// postings a one-word query ranks first, in the order search-rank.js ranks them.
-Json longWord(std::vector<Posting> const& postings, std::size_t count, double averageLength, std::size_t full) {
+Json longWord(std::span<Posting const> postings, std::size_t count, double averageLength, std::size_t full) {
     std::string bits((count + 7) / 8, '\0');
-    std::map<std::pair<std::size_t, std::size_t>, std::size_t> pairs;
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::size_t> pairs;
     for (auto const& p : postings) {
         bits[p.id / 8] = static_cast<char>(bits[p.id / 8] | (1 << (p.id % 8)));
         ++pairs[{p.nameHits, p.purposeHits}];
@@ -184,7 +201,7 @@ Json longWord(std::vector<Posting> const& postings, std::size_t count, double av
     Json except = Json::array();
     for (auto const& p : postings)
         if (std::pair(p.nameHits, p.purposeHits) != mode)
-            for (std::size_t value : {p.id, p.nameHits, p.purposeHits}) except.push_back(value);
+            for (std::uint32_t value : {p.id, p.nameHits, p.purposeHits}) except.push_back(value);
     // BM25's part for one entry, as search-rank.js computes it: the same operations in the same order.
     auto const part = [&](Posting const& p) {
         double const frequency = static_cast<double>(p.nameHits) * Bm25::weights[0] +
@@ -200,6 +217,65 @@ Json longWord(std::vector<Posting> const& postings, std::size_t count, double av
     if (top.size() > searchTopPostings) top.resize(searchTopPostings);
     return {{"n", postings.size()}, {"bits", base64(bits)}, {"mode", {mode.first, mode.second}},
             {"except", std::move(except)}, {"top", flat(top)}, {"full", full}};
+}
+
+/// Every word of the entries' names and purposes, once each in byte order, with one posting
+/// per entry holding it: a word's postings are one run, in entry order. Words are held once,
+/// postings in one array: a set's vocabulary runs to hundreds of thousands of words.
+struct WordPostings {
+    std::vector<std::string> words;   ///< by rank: byte order
+    std::vector<std::size_t> starts;  ///< postings of rank r: [starts[r], starts[r + 1])
+    std::vector<Posting> postings;
+    std::size_t tokens = 0;           ///< words of all entries, repeats included
+
+    std::span<Posting const> postingsOf(std::uint32_t rank) const {
+        return std::span(postings).subspan(starts[rank], starts[rank + 1] - starts[rank]);
+    }
+};
+
+WordPostings gatherWords(std::span<SearchEntry const> entries, std::span<std::size_t const> order) {
+    WordPostings gathered;
+    std::unordered_map<std::string, std::uint32_t> ids;  // word -> id, in order of first use
+    std::vector<std::uint32_t> idOf;                      // per posting, in entry order
+    std::vector<Posting> byEntry;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        auto const nameWords = wordsOf(entries[i].name);
+        auto const purposeWords = wordsOf(entries[i].purpose);
+        auto const words = static_cast<std::uint32_t>(nameWords.size() + purposeWords.size());
+        gathered.tokens += words;
+        std::map<std::string_view, std::pair<std::uint32_t, std::uint32_t>> hits;
+        for (auto const& word : nameWords) ++hits[word].first;
+        for (auto const& word : purposeWords) ++hits[word].second;
+        for (auto const& [word, counts] : hits) {
+            auto const id = ids.try_emplace(std::string(word), static_cast<std::uint32_t>(ids.size())).first->second;
+            idOf.push_back(id);
+            byEntry.push_back({static_cast<std::uint32_t>(i), counts.first, counts.second, words,
+                               static_cast<std::uint32_t>(order[i])});
+        }
+    }
+    std::vector<std::string> byId(ids.size());
+    while (!ids.empty()) {
+        auto node = ids.extract(ids.begin());
+        byId[node.mapped()] = std::move(node.key());
+    }
+    std::vector<std::uint32_t> idsByRank(byId.size());
+    std::iota(idsByRank.begin(), idsByRank.end(), std::uint32_t{0});
+    std::sort(idsByRank.begin(), idsByRank.end(), [&](std::uint32_t a, std::uint32_t b) { return byId[a] < byId[b]; });
+    std::vector<std::uint32_t> rankOf(byId.size());
+    gathered.words.reserve(byId.size());
+    for (std::uint32_t rank = 0; rank < idsByRank.size(); ++rank) {
+        rankOf[idsByRank[rank]] = rank;
+        gathered.words.push_back(std::move(byId[idsByRank[rank]]));
+    }
+    byId = {};
+    // Postings gathered by rank, keeping entry order within a word (a counting sort).
+    gathered.starts.assign(gathered.words.size() + 1, 0);
+    for (std::uint32_t id : idOf) ++gathered.starts[rankOf[id] + 1];
+    for (std::size_t r = 1; r < gathered.starts.size(); ++r) gathered.starts[r] += gathered.starts[r - 1];
+    std::vector<std::size_t> next(gathered.starts.begin(), gathered.starts.end() - 1);
+    gathered.postings.resize(byEntry.size());
+    for (std::size_t k = 0; k < byEntry.size(); ++k) gathered.postings[next[rankOf[idOf[k]]]++] = byEntry[k];
+    return gathered;
 }
 
 }  // namespace
@@ -222,84 +298,82 @@ void writeSearchFiles(std::span<SearchEntry const> entries, SiteFileSink const& 
     std::vector<std::size_t> order(count);
     for (std::size_t place = 0; place < count; ++place) order[byOrder[place]] = place;
 
-    // Names and last components.
-    std::vector<std::pair<std::u32string, NameItem>> names, lasts;
-    for (std::size_t i = 0; i < count; ++i) {
-        std::string_view const name = entries[i].name;
-        names.emplace_back(keyOf(name), NameItem{i, order[i]});
-        auto const dot = name.rfind('.');
-        lasts.emplace_back(keyOf(dot == std::string_view::npos ? name : name.substr(dot + 1)), NameItem{i, order[i]});
-    }
-    auto const bestNames = [](auto const& items) {
-        std::vector<NameItem> kept;
-        for (auto const& entry : items) kept.push_back(entry.second);
-        std::sort(kept.begin(), kept.end(), [](NameItem a, NameItem b) { return a.order < b.order; });
-        if (kept.size() > searchPrefixCap) kept.resize(searchPrefixCap);
-        return kept;
-    };
-    auto const none = [](auto const&) { return std::vector<NameItem>{}; };
-    Trie<NameItem> const nameTrie = buildTrie(std::move(names), bestNames);
-    Trie<NameItem> const lastTrie = buildTrie(std::move(lasts), none);
-
-    // Words: one posting per entry holding the word, with its hits in each column.
-    std::map<std::string, std::vector<Posting>> postings;
-    std::size_t tokens = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        auto const nameWords = wordsOf(entries[i].name);
-        auto const purposeWords = wordsOf(entries[i].purpose);
-        std::size_t const words = nameWords.size() + purposeWords.size();
-        tokens += words;
-        std::map<std::string_view, std::pair<std::size_t, std::size_t>> hits;
-        for (auto const& word : nameWords) ++hits[word].first;
-        for (auto const& word : purposeWords) ++hits[word].second;
-        for (auto const& [word, counts] : hits)
-            postings[std::string(word)].push_back({i, counts.first, counts.second, words, order[i]});
-    }
-    // A trie node's weight is its postings; a long word weighs what it writes there, its top.
-    std::vector<std::pair<std::u32string, std::string>> wordKeys;
-    for (auto const& [word, list] : postings)
-        for (std::size_t k = 0, weight = list.size() > searchLongPostings ? searchTopPostings : list.size(); k < weight; ++k)
-            wordKeys.emplace_back(keyOf(word), word);
-    auto const noWords = [](auto const&) { return std::vector<std::string>{}; };
-    Trie<std::string> wordTrie = buildTrie(std::move(wordKeys), noWords);
-
-    Json meta{{"ranking", rankingDescription()},
-              {"count", count},
-              {"tokens", tokens},
-              {"blockSize", searchBlockSize},
-              {"prefixCap", searchPrefixCap},
-              {"split", {{"n", splitKeys(nameTrie)}, {"l", splitKeys(lastTrie)}, {"w", splitKeys(wordTrie)}}},
-              {"files", {{"n", nodeKeys(nameTrie)}, {"l", nodeKeys(lastTrie)}, {"w", nodeKeys(wordTrie)}}}};
-    write(folder + "meta.js", shardScript("meta", meta));
-
     auto const record = [&](std::size_t id) {
         SearchEntry const& entry = entries[id];
         return Json{entry.name, dashEntryType(entry.entityType), RefEntityType::enumToString(entry.entityType),
                     FunctionType::enumToString(entry.functionType), entry.purpose, entry.deprecated, entry.path};
     };
-    // Name shards carry their entries whole: hits of the name tiers need no entry block.
-    auto const writeNames = [&](char const* prefix, Trie<NameItem> const& trie) {
-        for (auto const& [key, items] : trie.nodes) {
-            Json list = Json::array();
-            for (auto const& item : items) {
-                Json row{item.id, entries[item.id].name, item.order};
-                for (auto& field : record(item.id)) row.push_back(std::move(field));
-                list.push_back(std::move(row));
-            }
-            std::string const name = fmt::format("{}-{}", prefix, hexOf(key));
-            write(folder + name + ".js", shardScript(name, list));
+    // The name tries are written, and released, before the words are gathered: meta.js keeps only their keys.
+    Json split = Json::object(), files = Json::object();
+    {
+        std::vector<Keyed<NameItem>> names, lasts;
+        names.reserve(count);
+        lasts.reserve(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            std::string_view const name = entries[i].name;
+            NameItem const item{static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(order[i])};
+            names.push_back({keyOf(name), item});
+            auto const dot = name.rfind('.');
+            lasts.push_back({keyOf(dot == std::string_view::npos ? name : name.substr(dot + 1)), item});
         }
-    };
-    writeNames("n", nameTrie);
-    writeNames("l", lastTrie);
-    double const averageLength = count == 0 ? 0.0 : static_cast<double>(tokens) / static_cast<double>(count);
+        auto const bestNames = [](auto const& items) {
+            std::vector<NameItem> kept;
+            for (auto const& entry : items) kept.push_back(entry.item);
+            std::sort(kept.begin(), kept.end(), [](NameItem a, NameItem b) { return a.order < b.order; });
+            if (kept.size() > searchPrefixCap) kept.resize(searchPrefixCap);
+            return kept;
+        };
+        auto const none = [](auto const&) { return std::vector<NameItem>{}; };
+        // Name shards carry their entries whole: hits of the name tiers need no entry block.
+        auto const writeNames = [&](char const* prefix, Trie<NameItem> const& trie) {
+            for (auto const& [key, items] : trie.nodes) {
+                Json list = Json::array();
+                for (auto const& item : items) {
+                    Json row{item.id, entries[item.id].name, item.order};
+                    for (auto& field : record(item.id)) row.push_back(std::move(field));
+                    list.push_back(std::move(row));
+                }
+                std::string const name = fmt::format("{}-{}", prefix, hexOf(key));
+                write(folder + name + ".js", shardScript(name, list));
+            }
+            split[prefix] = splitKeys(trie);
+            files[prefix] = nodeKeys(trie);
+        };
+        writeNames("n", buildTrie(std::move(names), bestNames));
+        writeNames("l", buildTrie(std::move(lasts), none));
+    }
+
+    WordPostings const words = gatherWords(entries, order);
+    // A word weighs its postings in its trie node; a long word what it writes there, its top.
+    std::vector<Keyed<std::uint32_t>> wordKeys;
+    wordKeys.reserve(words.words.size());
+    for (std::uint32_t rank = 0; rank < words.words.size(); ++rank) {
+        std::size_t const postings = words.postingsOf(rank).size();
+        std::size_t const weight = postings > searchLongPostings ? searchTopPostings : postings;
+        wordKeys.push_back({keyOf(words.words[rank]), rank, weight});
+    }
+    auto const noWords = [](auto const&) { return std::vector<std::uint32_t>{}; };
+    Trie<std::uint32_t> wordTrie = buildTrie(std::move(wordKeys), noWords);
+    split["w"] = splitKeys(wordTrie);
+    files["w"] = nodeKeys(wordTrie);
+
+    Json meta{{"ranking", rankingDescription()},
+              {"count", count},
+              {"tokens", words.tokens},
+              {"blockSize", searchBlockSize},
+              {"prefixCap", searchPrefixCap},
+              {"split", std::move(split)},
+              {"files", std::move(files)}};
+    write(folder + "meta.js", shardScript("meta", meta));
+
+    double const averageLength = count == 0 ? 0.0 : static_cast<double>(words.tokens) / static_cast<double>(count);
     std::size_t fullFiles = 0;
-    for (auto& [key, words] : wordTrie.nodes) {
-        std::sort(words.begin(), words.end());
-        words.erase(std::unique(words.begin(), words.end()), words.end());
+    for (auto& [key, ranks] : wordTrie.nodes) {
+        std::sort(ranks.begin(), ranks.end());  // ranks are word order
         Json data = Json::object();
-        for (auto const& word : words) {
-            auto const& list = postings[word];
+        for (std::uint32_t rank : ranks) {
+            std::span<Posting const> const list = words.postingsOf(rank);
+            std::string const& word = words.words[rank];
             if (list.size() <= searchLongPostings) {
                 data[word] = flat(list);
                 continue;

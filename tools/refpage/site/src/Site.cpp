@@ -72,13 +72,26 @@ std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::s
 }
 
 std::vector<SearchEntry> siteSearchEntries(DocSet const& set, std::vector<std::string> const& paths) {
+    std::size_t count = 0;
+    for (auto const& page : set.pages()) count += page.entries.size();
     std::vector<SearchEntry> entries;
-    for (auto const& entry : siteLookupEntries(set, paths)) {
-        RefItemLookup const& lookup = entry.lookup;
-        entries.push_back({utf8(lookup.getName()), lookup.getType(), lookup.getFunctionType(), utf8(lookup.getPurpose()),
-                           lookup.isDeprecated(), utf8(lookup.getHref())});
+    entries.reserve(count);
+    for (std::size_t p = 0; p < set.pages().size(); ++p) {
+        PageSummary const& page = set.pages()[p];
+        std::string const link = percentEncode(paths[p]);
+        for (auto const& entry : page.entries)
+            entries.push_back({entry.name, entry.type, entry.functionType,
+                               entry.purpose.empty() ? page.purpose : entry.purpose, page.deprecated,
+                               entryLink(link, entry.anchor)});
     }
     return entries;
+}
+
+std::vector<InventoryEntry> siteInventoryEntries(std::span<SearchEntry const> entries) {
+    std::vector<InventoryEntry> out;
+    out.reserve(entries.size());
+    for (auto const& entry : entries) out.push_back({entry.name, entry.entityType, entry.path});
+    return out;
 }
 
 SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs, SiteOptions const& options,
@@ -86,7 +99,8 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
     DocSet const& set = loaded.set;
     std::size_t const count = set.pages().size();
     SiteReport report = planSite(set);
-    SiteNavigation const navigation(siteSummaries(set, report.paths));
+    // Released once the index is written: the search data that follows needs the memory more.
+    auto navigation = std::make_optional<SiteNavigation>(siteSummaries(set, report.paths));
     std::unordered_set<std::string> published;
     if (options.assets) {
         AssetFolder const assets(*options.assets);
@@ -112,7 +126,7 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
         }
         try {
             SitePageView const view{i,           report.paths[i], &report.paths, &set,          options.title,
-                                    options.lang, &navigation,    &assetExists,  options.docset};
+                                    options.lang, &*navigation,   &assetExists,  options.docset};
             RenderedPage rendered = renderSitePage(nativePage(page.page.get()), view, options.templates);
             written[i] = write(out, prefix, report.paths[i], rendered.html) ? 1 : 0;
             unresolved[i] = std::move(rendered.unresolved);
@@ -127,7 +141,7 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
         report.pagesWritten += written[i];
         for (auto& error : pageErrors[i]) report.errors.push_back(std::move(error));
     }
-    SiteIndexView const indexView{&navigation, options.title, options.lang, ""};
+    SiteIndexView const indexView{&*navigation, options.title, options.lang, ""};
     try {
         write(out, prefix, siteIndexPath, renderSiteIndex(indexView, options.templates));
         SiteIndexView notFound = indexView;
@@ -138,15 +152,15 @@ SiteReport writeSite(LoadedSet const& loaded, std::span<PageInput const> inputs,
     } catch (std::exception const& e) {
         report.errors.push_back({"index.html", "", fmt::format("cannot render: {}", e.what())});
     }
+    navigation.reset();
     std::string const assets(siteAssetFolder);
     write(out, prefix, assets + "style.css", options.templates.style);
     write(out, prefix, assets + "search.js", options.templates.script);
     write(out, prefix, assets + "search-rank.js", options.templates.rank);
     write(out, prefix, assets + "site.js", options.templates.behaviour);
-    writeSearchFiles(siteSearchEntries(set, report.paths),
-                     [&](std::string_view path, std::string_view bytes) { write(out, prefix, path, bytes); });
-    write(out, prefix, "objects.inv",
-          inventoryBytes(inventoryEntries(siteLookupEntries(set, report.paths)), {options.title, options.version}));
+    std::vector<SearchEntry> const search = siteSearchEntries(set, report.paths);
+    writeSearchFiles(search, [&](std::string_view path, std::string_view bytes) { write(out, prefix, path, bytes); });
+    write(out, prefix, "objects.inv", inventoryBytes(siteInventoryEntries(search), {options.title, options.version}));
     return report;
 }
 

@@ -23,8 +23,9 @@ struct LoadedSet {
     std::size_t failed = 0;                    ///< inputs that did not load
 };
 
-/// Loads `inputs` on up to `jobs` threads (0: one per core). The set and the diagnostics
-/// are identical on any number of threads.
-LoadedSet loadDocSet(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options);
+/// Loads `inputs` on up to `jobs` threads (0: one per core), summaries keeping `links` or not.
+/// The set and the diagnostics are identical on any number of threads.
+LoadedSet loadDocSet(std::span<PageInput const> inputs, unsigned jobs, LoadOptions const& options,
+                     SummaryLinks links = SummaryLinks::Kept);
 
 }  // namespace refpage

@@ -45,6 +45,10 @@ struct LookupEntry {
 /// gives each page's path). A page without entities has no entry.
 std::vector<LookupEntry> lookupEntries(DocSet const& set, std::span<std::string const> links = {});
 
+/// Where an entry leads from its page's link: the link itself for the page's own entry (no
+/// anchor), else the link without its fragment, then "#" and the anchor percent-encoded.
+std::string entryLink(std::string_view pageLink, std::string_view anchor);
+
 /// The docset entry type of an entity type, from one table:
 ///   Function, C, Cpp -> Function; Class; Method; Constructor; Property, Properties -> Property;
 ///   Object, SysObj -> Object; Package; Settings -> Setting; Keyword; Block, ReportGen,

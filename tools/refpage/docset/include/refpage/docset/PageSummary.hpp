@@ -61,7 +61,12 @@ struct PageSummary {
     bool operator==(PageSummary const&) const = default;
 };
 
-/// The summary of `page`, read from `source`.
-PageSummary summarize(std::string source, reference::property::RefItem const& page);
+/// Whether a summary keeps the page's links: only the set's checks read them, and a set loaded
+/// for its outputs (index, site, docset, inventory) is a fifth smaller without them.
+enum class SummaryLinks { Kept, Left };
+
+/// The summary of `page`, read from `source`; with SummaryLinks::Left, `links` stays empty.
+PageSummary summarize(std::string source, reference::property::RefItem const& page,
+                      SummaryLinks links = SummaryLinks::Kept);
 
 }  // namespace refpage

@@ -18,7 +18,8 @@ inline constexpr std::string_view stdinSource = "<stdin>";
 
 /// One input to read: a file, standard input, or an entry already known to be unreadable.
 struct PageEntry {
-    std::filesystem::path path;      ///< the file as named or found; empty for standard input
+    std::string path;                ///< the file as named or found; empty for standard input. Text, not a
+                                     ///< path object, which would hold each component again: a set keeps one per page
     std::optional<PageError> error;  ///< set when the walk could not use the entry; then it is never read
 
     bool isStdin() const noexcept { return path.empty() && !error; }

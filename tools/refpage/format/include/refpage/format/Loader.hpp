@@ -42,10 +42,8 @@ struct PageInput {
     static PageInput named(std::string const& name);
 };
 
-/// One input per entry, read when worked on; sources as PageEntry::source() names them.
-std::vector<PageInput> entryInputs(std::span<PageEntry const> entries);
-
-/// The inputs `names` give on a command line: files, "-", and folders walked (findPageEntries).
+/// The inputs `names` give on a command line: files, "-", and folders walked (findPageEntries),
+/// each read when worked on; sources as PageEntry::source() names them.
 std::vector<PageInput> namedInputs(std::vector<std::string> const& names);
 
 /// Registers the host classes and builds the property tables, once per process; every loader calls it.

@@ -9,7 +9,6 @@
 // entries in any order give the same bytes.
 #pragma once
 
-#include <refpage/docset/LookupIndex.hpp>
 #include <refpage/interchange/Inventory.hpp>
 #include <refpage/interchange/SphinxRoles.hpp>
 #include <span>
@@ -29,9 +28,5 @@ struct InventoryOptions {
 /// (a line break would end the line); spaces, control characters and a final '$' in a uri
 /// are percent-encoded. Throws std::invalid_argument for a domain validInventoryDomain refuses.
 std::string inventoryBytes(std::span<InventoryEntry const> entries, InventoryOptions const& options);
-
-/// One inventory entry per lookup entry: its name, entity type, and href taken as the uri
-/// (as siteLookupEntries sets it: the page's site path, percent-encoded), in the same order.
-std::vector<InventoryEntry> inventoryEntries(std::span<LookupEntry const> entries);
 
 }  // namespace refpage

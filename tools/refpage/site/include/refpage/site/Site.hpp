@@ -9,6 +9,7 @@
 #include <refpage/docset/LoadSet.hpp>
 #include <refpage/docset/LookupIndex.hpp>
 #include <refpage/format/PageError.hpp>
+#include <refpage/interchange/Inventory.hpp>
 #include <refpage/site/Page.hpp>
 #include <refpage/site/Search.hpp>
 #include <refpage/site/Templates.hpp>
@@ -74,8 +75,12 @@ std::vector<SitePageSummary> siteSummaries(DocSet const& set, std::vector<std::s
 /// file on the machine that built the site): what the docset's index and the inventory list.
 std::vector<LookupEntry> siteLookupEntries(DocSet const& set, std::vector<std::string> const& paths);
 
-/// The search entries of the site (one per entry of the lookup index), each with its page's
-/// site path: what writeSearchFiles writes.
+/// The search entries of the site, from the summaries alone: one per entry of the lookup index
+/// in the same order, with the same texts, each leading to its page's site path (percent-encoded)
+/// and its anchor there. What writeSearchFiles writes and the inventory lists.
 std::vector<SearchEntry> siteSearchEntries(DocSet const& set, std::vector<std::string> const& paths);
+
+/// The site's objects.inv entries: one per search entry, its name, entity type and path.
+std::vector<InventoryEntry> siteInventoryEntries(std::span<SearchEntry const> entries);
 
 }  // namespace refpage

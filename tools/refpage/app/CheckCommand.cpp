@@ -108,10 +108,7 @@ std::string checkExternalLinks(DocSet const& set, ExternalInventories const& inv
 int check(CheckOptions const& options, GlobalOptions const& global) {
     auto const start = std::chrono::steady_clock::now();
     std::vector<std::string> const& paths = options.paths;
-    if (std::string const usage = stdinNamedTwice(paths); !usage.empty()) {
-        fmt::print(stderr, "refpage: {}\n", usage);
-        return exitUsage;
-    }
+    if (refuseStdinNamedTwice(paths)) return exitUsage;
     int inventoryStatus = exitOk;
     ExternalInventories const inventories = readInventories(options.inventories, inventoryStatus);
     if (inventoryStatus != exitOk) return inventoryStatus;

@@ -56,10 +56,7 @@ int find(FindOptions const& options, GlobalOptions const& global) {
         fmt::print(stderr, "refpage: find takes either --index FILE or pages, not both\n");
         return exitUsage;
     }
-    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
-        fmt::print(stderr, "refpage: {}\n", usage);
-        return exitUsage;
-    }
+    if (refuseStdinNamedTwice(options.paths)) return exitUsage;
     std::optional<LookupIndex> const index = openIndex(options, global);
     if (!index) return exitFailed;
     std::vector<LookupHit> const hits = index->find(options.query, options.limit);

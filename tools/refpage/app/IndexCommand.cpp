@@ -20,10 +20,7 @@ struct IndexOptions {
 };
 
 int index(IndexOptions const& options, GlobalOptions const& global) {
-    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
-        fmt::print(stderr, "refpage: {}\n", usage);
-        return exitUsage;
-    }
+    if (refuseStdinNamedTwice(options.paths)) return exitUsage;
     std::optional<SetForFile> const set = loadSetForFile(options.paths, options.output, global);
     if (!set) return exitFailed;
     std::vector<LookupEntry> const entries = lookupEntries(set->loaded.set);

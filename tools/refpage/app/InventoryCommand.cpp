@@ -25,20 +25,13 @@ struct InventoryCommandOptions {
     InventoryOptions inventory;
 };
 
-/// One entry per entity of the set, each at its page's path in the site that `site` writes of
-/// the same pages (planSite), percent-encoded.
-std::vector<InventoryEntry> siteInventoryEntries(DocSet const& set) {
-    return siteInventoryEntries(siteSearchEntries(set, planSite(set).paths));
-}
-
 int inventory(InventoryCommandOptions const& options, GlobalOptions const& global) {
-    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
-        fmt::print(stderr, "refpage: {}\n", usage);
-        return exitUsage;
-    }
+    if (refuseStdinNamedTwice(options.paths)) return exitUsage;
     std::optional<SetForFile> const set = loadSetForFile(options.paths, options.output, global);
     if (!set) return exitFailed;
-    std::vector<InventoryEntry> const entries = siteInventoryEntries(set->loaded.set);
+    // Each entry at its page's path in the site that `site` writes of the same pages.
+    DocSet const& pages = set->loaded.set;
+    std::vector<InventoryEntry> const entries = siteInventoryEntries(siteSearchEntries(pages, planSite(pages).paths));
     std::string error;
     if (!replaceFile(options.output, inventoryBytes(entries, options.inventory), error)) {
         fmt::print(stderr, "error: {}\n", error);

@@ -6,7 +6,8 @@
 
 namespace refpage {
 
-/// "-" more than once in `names` is a usage error: the message, or empty.
-std::string stdinNamedTwice(std::vector<std::string> const& names);
+/// "-" more than once in `names` is a usage error: true when it is, after printing
+/// "refpage: standard input (-) can be named only once" on standard error.
+bool refuseStdinNamedTwice(std::vector<std::string> const& names);
 
 }  // namespace refpage

@@ -21,8 +21,7 @@ namespace {
 /// (unless quiet) warnings, and reads the templates.
 SiteInputs loadSiteInputs(SiteCommandOptions const& options, GlobalOptions const& global) {
     SiteInputs inputs;
-    if (std::string const usage = stdinNamedTwice(options.paths); !usage.empty()) {
-        fmt::print(stderr, "refpage: {}\n", usage);
+    if (refuseStdinNamedTwice(options.paths)) {
         inputs.status = exitUsage;
         return inputs;
     }

@@ -8,6 +8,7 @@
 #include <refpage/format/Inputs.hpp>
 #include <refpage/support/AtomicFile.hpp>
 #include <refpage/support/FileDescriptor.hpp>
+#include <refpage/support/FileKind.hpp>
 #include <refpage/support/OutputFolder.hpp>
 #include <system_error>
 #include <utility>
@@ -27,20 +28,10 @@ PageError failure(fs::path const& path, std::string message) {
     return PageError{path.string(), {}, std::move(message)};
 }
 
-/// What a file that is not a regular file is, for "not a regular file (...)".
-char const* kindOf(mode_t mode) {
-    if (S_ISDIR(mode)) return "folder";
-    if (S_ISFIFO(mode)) return "FIFO";
-    if (S_ISSOCK(mode)) return "socket";
-    if (S_ISCHR(mode)) return "character device";
-    if (S_ISBLK(mode)) return "block device";
-    return "unknown kind";
-}
-
 std::optional<std::string> refusal(mode_t mode) {
     if (S_ISREG(mode)) return std::nullopt;
     if (S_ISDIR(mode)) return std::string("is a folder, expected a page file");
-    return std::string("not a regular file (") + kindOf(mode) + ")";
+    return "not a regular file (" + std::string(fileKind(mode)) + ")";
 }
 
 /// Appends everything readable from `fd` to `text`; false with errno set on a read error.

@@ -8,7 +8,7 @@
 #include <refpage/support/Escape.hpp>
 #include <system_error>
 
-#include "FileKinds.hpp"
+#include <refpage/support/FileKind.hpp>
 #include "Umask.hpp"
 
 namespace refpage {
@@ -26,7 +26,7 @@ void requireReplaceableFile(std::filesystem::path const& destination) {
     struct stat existing {};
     if (::lstat(destination.c_str(), &existing) == 0 && !S_ISREG(existing.st_mode))
         throw FileError(fmt::format("{}: is {}, not a file that may be replaced; nothing written",
-                                    refpage::quoted(destination.string()), kindOf(existing.st_mode)));
+                                    refpage::quoted(destination.string()), articledFileKind(existing.st_mode)));
 }
 
 namespace {

@@ -13,7 +13,7 @@
 #include <refpage/support/OutputFolder.hpp>
 
 #include <refpage/support/Beneath.hpp>
-#include "FileKinds.hpp"
+#include <refpage/support/FileKind.hpp>
 #include "Umask.hpp"
 
 namespace refpage {
@@ -66,7 +66,7 @@ TargetState inspectTarget(int parent, std::string const& name, std::filesystem::
     }
     if (!S_ISDIR(status.st_mode))
         throw FileError(fmt::format("{}: is {}, not a folder that may be replaced; nothing written",
-                                    refpage::quoted(shown.string()), kindOf(status.st_mode)));
+                                    refpage::quoted(shown.string()), articledFileKind(status.st_mode)));
     FileDescriptor const folder(::openat(parent, name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!folder) throw fileError(shown, "cannot read the folder", errno);
     if (!holdsMarker(folder.get()) && !isEmptyFolder(folder.get()))

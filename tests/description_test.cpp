@@ -39,8 +39,9 @@ std::string html(std::string const& markdown) {
 }
 
 TEST(DescriptionReferences, LinksAndImagesWithTheirPlacesInTextOrder) {
-    auto const found = descriptionReferences("Intro [sort](ref/sort.html#x).\n\n- item ![a *plot*](img/p.png)\n\n"
-                                             "[ref]\n\n[ref]: ref/r.html\n");
+    auto const found = ParsedDescription::parse("Intro [sort](ref/sort.html#x).\n\n- item ![a *plot*](img/p.png)\n\n"
+                                                "[ref]\n\n[ref]: ref/r.html\n")
+                           .references();
     ASSERT_EQ(found.size(), 3u);
     EXPECT_EQ(found[0].target, "ref/sort.html#x");
     EXPECT_EQ(found[0].text, "sort");

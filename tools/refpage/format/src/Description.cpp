@@ -90,10 +90,6 @@ std::vector<DescriptionReference> ParsedDescription::references() const {
     return found;
 }
 
-std::vector<DescriptionReference> descriptionReferences(std::string_view markdown) {
-    return ParsedDescription::parse(markdown).references();
-}
-
 std::string plainTextOf(cmark_node* node) {
     std::string text;
     Iterator iterator(node);

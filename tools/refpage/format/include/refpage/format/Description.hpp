@@ -57,9 +57,6 @@ private:
     bool commonMark_ = true;
 };
 
-/// The links and images of `markdown`: `ParsedDescription::parse(markdown).references()`.
-std::vector<DescriptionReference> descriptionReferences(std::string_view markdown);
-
 /// The plain text of the inlines under `node` (text, code and the alt text of images;
 /// breaks become spaces), for headings' ids and image alt text. Walks without recursion.
 std::string plainTextOf(cmark_node* node);

@@ -118,11 +118,7 @@ TEST_F(PageFormat, NumbersAndKeysThatNameNoMemberAreStoredWithAWarning) {
 }
 
 TEST_F(PageFormat, WrittenPagesLoadBackToEqualPagesAndTheSameText) {
-    auto const file = [](char const* name) {
-        std::ostringstream text;
-        text << std::ifstream(testvalues::data(name)).rdbuf();
-        return text.str();
-    };
+    auto const file = [](char const* name) { return testvalues::readFile(testvalues::data(name)); };
     std::string const escapes = R"({"Purpose": "\"q\" \\ \b\f\n\r\t \u0001\u001f\u007f \u00e4",
                                      "SyntaxGroups": [{"Syntaxes": ["a", "b"]}, {}]})";
     for (std::string const& input : {file("good/full.json"), file("good/minimal.json"), file("good/unicode.json"),

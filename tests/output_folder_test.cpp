@@ -28,43 +28,10 @@ namespace {
 namespace fs = std::filesystem;
 using refpage::FileError;
 using refpage::OutputFolder;
-
-/// A fresh folder, removed with everything in it.
-class Scratch {
-public:
-    Scratch() {
-        std::string pattern = (fs::temp_directory_path() / "refpage-output-XXXXXX").string();
-        if (::mkdtemp(pattern.data()) != nullptr) path_ = pattern;
-    }
-    ~Scratch() {
-        std::error_code ignored;
-        fs::remove_all(path_, ignored);
-    }
-    fs::path operator/(std::string const& name) const { return path_ / name; }
-    fs::path const& path() const { return path_; }
-    /// The names in the folder, sorted.
-    std::vector<std::string> names() const {
-        std::vector<std::string> found;
-        for (auto const& entry : fs::directory_iterator(path_)) found.push_back(entry.path().filename().string());
-        std::sort(found.begin(), found.end());
-        return found;
-    }
-
-private:
-    fs::path path_;
-};
-
-
-void write(fs::path const& file, std::string const& text) {
-    fs::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary) << text;
-}
-
-mode_t modeOf(fs::path const& path) {
-    struct stat status {};
-    ::lstat(path.c_str(), &status);
-    return status.st_mode & 07777;
-}
+using testvalues::contains;
+using testvalues::modeOf;
+using testvalues::namesIn;
+using Scratch = testvalues::ScratchFolder;
 
 /// Sets the umask for one scope.
 class Umask {
@@ -75,10 +42,6 @@ public:
 private:
     mode_t previous_;
 };
-
-bool contains(std::string const& text, std::string const& part) {
-    return text.find(part) != std::string::npos;
-}
 
 TEST(OutputFolder, CommitPutsEveryFileInPlaceWithTheMarkerAndTheModeTheUmaskGives) {
     Scratch scratch;
@@ -100,7 +63,7 @@ TEST(OutputFolder, CommitPutsEveryFileInPlaceWithTheMarkerAndTheModeTheUmaskGive
     EXPECT_EQ(modeOf(target), 0755u);
     EXPECT_EQ(modeOf(target / "ref"), 0755u);
     EXPECT_EQ(modeOf(target / "index.html"), 0644u);
-    EXPECT_EQ(scratch.names(), std::vector<std::string>{"new"});
+    EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"new"});
     EXPECT_EQ(fs::directory_iterator(scratch / "new")->path().filename(), "site") << "no staging folder beside it";
 }
 
@@ -113,7 +76,7 @@ TEST(OutputFolder, ReplacesAFolderItWroteWholeKeepingItsModeAndNeverFollowingThe
         EXPECT_EQ(first.commit(), "");
     }
     ::chmod(target.c_str(), 0750);
-    write(scratch / "elsewhere/keep.txt", "keep");
+    scratch.write("elsewhere/keep.txt", "keep");
     fs::create_directory_symlink(scratch / "elsewhere", target / "link");  // planted in the old output
     {
         OutputFolder second(target);
@@ -125,15 +88,15 @@ TEST(OutputFolder, ReplacesAFolderItWroteWholeKeepingItsModeAndNeverFollowingThe
     EXPECT_EQ(testvalues::readFile(target / "new.html"), "new");
     EXPECT_EQ(modeOf(target), 0750u);
     EXPECT_EQ(testvalues::readFile(scratch / "elsewhere/keep.txt"), "keep") << "removing the old tree followed its symlink";
-    EXPECT_EQ(scratch.names(), (std::vector<std::string>{"elsewhere", "site"}));
+    EXPECT_EQ(namesIn(scratch.path()), (std::vector<std::string>{"elsewhere", "site"}));
 }
 
 TEST(OutputFolder, RefusesToReplaceAnythingButAnEmptyFolderOrOneItWrote) {
     Scratch scratch;
-    write(scratch / "home/.profile", "mine");
-    write(scratch / "file", "text");
+    scratch.write("home/.profile", "mine");
+    scratch.write("file", "text");
     fs::create_directory(scratch / "marked");
-    write(scratch / "marked" / std::string(refpage::outputMarkerName), "x");
+    scratch.write("marked/" + std::string(refpage::outputMarkerName), "x");
     fs::create_directory_symlink(scratch / "marked", scratch / "link");
     auto refusal = [](fs::path const& target) {
         try {
@@ -152,7 +115,7 @@ TEST(OutputFolder, RefusesToReplaceAnythingButAnEmptyFolderOrOneItWrote) {
     fs::create_directory(scratch / "empty");
     for (char const* accepted : {"empty", "marked", "marked/", "new"})
         EXPECT_EQ(refusal(scratch / accepted), "accepted");
-    EXPECT_EQ(scratch.names(), (std::vector<std::string>{"empty", "file", "home", "link", "marked"}))
+    EXPECT_EQ(namesIn(scratch.path()), (std::vector<std::string>{"empty", "file", "home", "link", "marked"}))
         << "a refused or abandoned output leaves no staging folder";
 }
 
@@ -167,7 +130,7 @@ TEST(OutputFolder, AnUnsafePathIsAFailureNeverAWrite) {
         EXPECT_TRUE(contains(out.failure(), "not a safe relative path inside the folder")) << out.failure();
         EXPECT_THROW((void)out.commit(), FileError);
     }
-    EXPECT_TRUE(scratch.names().empty()) << "nothing written, nothing left";
+    EXPECT_TRUE(namesIn(scratch.path()).empty()) << "nothing written, nothing left";
 }
 
 class SymlinkInside : public ::testing::TestWithParam<bool> {
@@ -178,7 +141,7 @@ protected:
 
 TEST_P(SymlinkInside, IsNeverWrittenThroughNorFollowedAsAFolder) {
     Scratch scratch;
-    write(scratch / "outside/victim.html", "victim");
+    scratch.write("outside/victim.html", "victim");
     OutputFolder out(scratch / "site");
     fs::create_directory_symlink(scratch / "outside", out.staging() / "ref");
     fs::create_symlink(scratch / "outside/victim.html", out.staging() / "page.html");
@@ -228,7 +191,7 @@ TEST(OutputFolder, AFailedWriteNamesThePathAndReasonOnceStopsTheRestAndLeavesThe
     EXPECT_EQ(message, "\"" + (target / "big/page.html").string() + "\": cannot write: File too large");
     EXPECT_EQ(testvalues::readFile(target / "a.html"), "old");
     EXPECT_FALSE(fs::exists(target / "small.html"));
-    EXPECT_EQ(scratch.names(), std::vector<std::string>{"site"});
+    EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"site"});
 }
 
 TEST(OutputFolder, ThreadsWriteDistinctFilesIntoSharedFoldersAtOnce) {
@@ -254,7 +217,7 @@ TEST(OutputFolder, ThreadsWriteDistinctFilesIntoSharedFoldersAtOnce) {
 
 TEST(InterruptCleanup, ATerminatedProcessRemovesItsStagingFolderAndTemporaryFileThenDiesByTheSignal) {
     Scratch scratch;
-    write(scratch / "index.sqlite", "old index");
+    scratch.write("index.sqlite", "old index");
     int ready[2];
     ASSERT_EQ(::pipe(ready), 0);
     pid_t const child = ::fork();
@@ -276,14 +239,14 @@ TEST(InterruptCleanup, ATerminatedProcessRemovesItsStagingFolderAndTemporaryFile
     int status = 0;
     ::waitpid(child, &status, 0);
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGTERM) << "status " << status;
-    EXPECT_EQ(scratch.names(), std::vector<std::string>{"index.sqlite"});
+    EXPECT_EQ(namesIn(scratch.path()), std::vector<std::string>{"index.sqlite"});
     EXPECT_EQ(testvalues::readFile(scratch / "index.sqlite"), "old index");
 }
 
 TEST(OutputOverlap, AnOutputThatIsInsideOrHoldsAnInputIsRefusedHoweverItIsSpelled) {
     Scratch scratch;
-    write(scratch / "pages/a.json", "{}");
-    write(scratch / "pages/sub/b.json", "{}");
+    scratch.write("pages/a.json", "{}");
+    scratch.write("pages/sub/b.json", "{}");
     fs::create_directory_symlink(scratch / "pages", scratch / "link");
     fs::create_directory(scratch / "other");
     std::vector<std::string> const inputs{"-", (scratch / "missing").string(), (scratch / "pages").string()};

@@ -1,6 +1,7 @@
 // The page generator: the same seed gives the same bytes, every page it makes
 // loads and checks cleanly, doc sets link within themselves and repeat names by
 // the shares asked for, and the sizes follow the real reference pages.
+#include "support/Files.hpp"
 #include "support/HostTest.hpp"
 #include "support/TestPages.hpp"
 
@@ -152,10 +153,7 @@ TEST(PageGenerator, SizesFollowRealReferencePagesAndTheSharedCorpusWhenItIsThere
     if (!corpus) GTEST_SKIP() << testvalues::noCorpus;
     std::vector<std::string> texts;
     for (auto const& entry : std::filesystem::directory_iterator(*corpus)) {
-        if (entry.path().extension() != ".json") continue;
-        std::ostringstream text;
-        text << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-        texts.push_back(text.str());
+        if (entry.path().extension() == ".json") texts.push_back(testvalues::readFile(entry.path()));
     }
     ASSERT_GT(texts.size(), 100u);
     SetSize const real = setSize(texts);

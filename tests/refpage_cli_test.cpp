@@ -9,7 +9,6 @@
 #include <refpage/format/Json.hpp>
 #include <refpage/terminal/DisplayWidth.hpp>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,6 +19,7 @@ namespace {
 using testvalues::contains;
 using testvalues::data;
 using testvalues::expectRun;
+using testvalues::lines;
 using testvalues::refpage;
 using testvalues::ToolRun;
 using namespace std::string_literals;
@@ -164,14 +164,6 @@ TEST(RefpageTool, AFailedWriteIsAnErrorWithStatusOneAndAClosedPipeAQuietDeathUnl
               "refpage: cannot write the output: Broken pipe\nstatus 1\n");
     EXPECT_EQ(testvalues::runShell("bash -c '{ sleep 0.3; " + show + "; echo \"status $?\" >&2; } | true' 2>&1").output,
               "status 141\n") << "killed by SIGPIPE, nothing said";
-}
-
-/// The lines of `text`.
-std::vector<std::string> lines(std::string const& text) {
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) result.push_back(line);
-    return result;
 }
 
 /// The terminal column where `part` starts in `line`.

@@ -28,14 +28,9 @@ namespace fs = std::filesystem;
 using testvalues::contains;
 using testvalues::data;
 using testvalues::expectRun;
+using testvalues::modeOf;
 using testvalues::ScratchFolder;
 
-
-mode_t modeOf(fs::path const& path) {
-    struct stat status {};
-    ::lstat(path.c_str(), &status);
-    return status.st_mode & 07777;
-}
 
 /// The names in `folder` that a replacement leaves while at work.
 std::vector<std::string> temporaryNames(fs::path const& folder) {
@@ -122,23 +117,6 @@ TEST(FileOutput, AWriteThatFailsSaysWhyLeavesTheOldIndexAndNoTemporaryFile) {
     EXPECT_TRUE(temporaryNames(scratch.path()).empty());
 }
 
-/// Starts the tool with `arguments`, its output thrown away; returns its process id.
-pid_t startTool(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), REFPAGE_BINARY);
-    std::vector<char*> argv;
-    for (auto& argument : arguments) argv.push_back(argument.data());
-    argv.push_back(nullptr);
-    pid_t const child = ::fork();
-    if (child == 0) {
-        int const null = ::open("/dev/null", O_WRONLY);
-        ::dup2(null, 1);
-        ::dup2(null, 2);
-        ::execv(argv[0], argv.data());
-        ::_exit(127);
-    }
-    return child;
-}
-
 TEST(FileOutput, AnIndexTerminatedWhileItWritesLeavesNoTemporaryFileAndDiesByTheSignal) {
     ScratchFolder scratch;
     pagegen::writeDocSet(scratch / "pages", pagegen::generateDocSet({.seed = 3, .pages = 1500}));
@@ -146,21 +124,13 @@ TEST(FileOutput, AnIndexTerminatedWhileItWritesLeavesNoTemporaryFileAndDiesByThe
     for (int signal : {SIGTERM, SIGINT}) {
         bool caught = false;
         for (int attempt = 0; attempt < 5 && !caught; ++attempt) {
-            pid_t const child = startTool({"index", (scratch / "pages").string(), "-o", index.string()});
-            ASSERT_GT(child, 0);
-            // Wait for the new file to appear beside the old one, then interrupt.
-            auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(120);
-            int status = 0;
-            bool exited = false;
-            while (!exited && temporaryNames(scratch / "out").empty() && std::chrono::steady_clock::now() < until)
-                exited = ::waitpid(child, &status, WNOHANG) == child;
-            if (!exited) {
-                ::kill(child, signal);
-                ::waitpid(child, &status, 0);
-            }
-            caught = WIFSIGNALED(status);
+            // Interrupt once the new file appears beside the old one.
+            std::optional<int> const status =
+                testvalues::interruptTool({"index", (scratch / "pages").string(), "-o", index.string()}, signal,
+                                          [&] { return !temporaryNames(scratch / "out").empty(); });
+            caught = status && WIFSIGNALED(*status);
             if (caught) {
-                EXPECT_EQ(WTERMSIG(status), signal);
+                EXPECT_EQ(WTERMSIG(*status), signal);
             }
             EXPECT_TRUE(temporaryNames(scratch / "out").empty()) << "signal " << signal;
         }

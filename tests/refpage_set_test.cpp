@@ -26,6 +26,7 @@ using testvalues::expectRun;
 using testvalues::Lines;
 using testvalues::lines;
 using testvalues::page;
+using testvalues::shellQuoted;
 using testvalues::ToolRun;
 
 /// The output without the run time "(0.01 s)".
@@ -82,12 +83,6 @@ TEST(CheckCorpus, TheSampleSetHasBrokenSeeAlsoLinksMissingThumbnailsAndNoDuplica
                "numpy.absolute.json: warning: file \"images/numpy.absolute.png\" cannot be published from ",
                "numpy.sort.json: warning: link \"reference/generated/numpy.ndarray.sort.html\" leads to no page of the "
                "set [/SeeAlso/0/Url]"});
-}
-
-std::string shellQuoted(std::string const& text) {
-    std::string quoted = "'";
-    for (char const c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
 }
 
 /// A doc set of 80 pages indexed by the tool: names and purposes drawn from a small vocabulary

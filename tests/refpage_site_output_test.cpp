@@ -25,23 +25,9 @@ namespace {
 namespace fs = std::filesystem;
 using testvalues::contains;
 using testvalues::expectRun;
+using testvalues::fileTree;
 using testvalues::ScratchFolder;
 
-
-/// Every entry under `root` (symlinks not followed) with its bytes, its link target or "<folder>".
-std::map<std::string, std::string> tree(fs::path const& root) {
-    std::map<std::string, std::string> entries;
-    for (auto const& entry : fs::recursive_directory_iterator(root)) {
-        std::string const name = entry.path().lexically_relative(root).string();
-        if (entry.is_symlink())
-            entries[name] = "-> " + fs::read_symlink(entry.path()).string();
-        else if (entry.is_directory())
-            entries[name] = "<folder>";
-        else
-            entries[name] = testvalues::readFile(entry.path());
-    }
-    return entries;
-}
 
 /// Names beside `output` that a build leaves while at work (".NAME.refpage-XXXXXX").
 std::vector<std::string> stagingFolders(fs::path const& output) {
@@ -85,22 +71,22 @@ TEST_F(SiteOutput, SymlinksPlantedInAnOldSiteAreReplacedNeverFollowed) {
 TEST_F(SiteOutput, AFailureOfAPageOrTheTemplatesLeavesTheOldOutputAsItWas) {
     expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
     expectRun("-q docset " + pages() + " -o " + at("D.docset").string() + " --name D", 0);
-    auto const siteBefore = tree(at("site"));
-    auto const docsetBefore = tree(at("D.docset"));
+    auto const siteBefore = fileTree(at("site"));
+    auto const docsetBefore = fileTree(at("D.docset"));
     scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"(, "Purpose": "changed")"));
     expectRun("site " + pages() + " -o " + at("site").string() + " --templates " + at("none").string(), 1,
               {"no such templates folder", "nothing written"});
     scratch_.write("pages/c.json", "{");
     expectRun("site " + pages() + " -o " + at("site").string(), 1, {"c.json:1:2: error", "nothing written"});
     expectRun("docset " + pages() + " -o " + at("D.docset").string() + " --name D", 1, {"nothing written"});
-    EXPECT_EQ(tree(at("site")), siteBefore);
-    EXPECT_EQ(tree(at("D.docset")), docsetBefore);
+    EXPECT_EQ(fileTree(at("site")), siteBefore);
+    EXPECT_EQ(fileTree(at("D.docset")), docsetBefore);
     EXPECT_TRUE(stagingFolders(at("site")).empty());
 }
 
 TEST_F(SiteOutput, AFullDiskLeavesTheOldSiteAndSaysWhyOnce) {
     expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
-    auto const before = tree(at("site"));
+    auto const before = fileTree(at("site"));
     pagegen::writeDocSet(at("many"), pagegen::generateDocSet({.seed = 5, .pages = 200}));
     // A file size limit stands in for a full disk: every page after the first large one fails.
     auto const run = testvalues::runShell(fmt::format("trap '' XFSZ; ulimit -f 16; {} site {} -o {} 2>&1",
@@ -112,17 +98,17 @@ TEST_F(SiteOutput, AFullDiskLeavesTheOldSiteAndSaysWhyOnce) {
         ++reasons;
     EXPECT_EQ(reasons, 1u) << "one cause, said once: " << run.output;
     EXPECT_TRUE(contains(run.output, "File too large")) << run.output;
-    EXPECT_EQ(tree(at("site")), before);
+    EXPECT_EQ(fileTree(at("site")), before);
     EXPECT_TRUE(stagingFolders(at("site")).empty());
 }
 
 TEST_F(SiteOutput, AFolderTheToolDidNotWriteAndTheInputAreNeverTheOutput) {
     scratch_.write("mine/notes.txt", "my notes");
     expectRun("site " + pages() + " -o " + at("mine").string(), 1, {"mine"});
-    EXPECT_EQ(tree(at("mine")), (std::map<std::string, std::string>{{"notes.txt", "my notes"}}));
+    EXPECT_EQ(fileTree(at("mine")), (std::map<std::string, std::string>{{"notes.txt", "my notes"}}));
     expectRun("docset " + pages() + " -o " + at("pages/D.docset").string() + " --name D", 1, {"lies inside the input"});
     expectRun("site " + pages() + " -o " + pages(), 1);
-    EXPECT_EQ(tree(at("pages")).size(), 2u);
+    EXPECT_EQ(fileTree(at("pages")).size(), 2u);
     expectRun("-q check " + pages(), 0);
 }
 
@@ -167,8 +153,8 @@ TEST_F(SiteOutput, NothingOfTheBuildingMachinesFilesIsPublished) {
     expectRun("-q docset " + pages() + " -o " + at("D.docset").string() + " --name D", 0);
     expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
     std::string const machine = scratch_.path().string();
-    for (auto const& [name, bytes] : tree(at("site"))) EXPECT_FALSE(contains(bytes, machine)) << name;
-    for (auto const& [name, bytes] : tree(at("D.docset"))) EXPECT_FALSE(contains(bytes, machine)) << name;
+    for (auto const& [name, bytes] : fileTree(at("site"))) EXPECT_FALSE(contains(bytes, machine)) << name;
+    for (auto const& [name, bytes] : fileTree(at("D.docset"))) EXPECT_FALSE(contains(bytes, machine)) << name;
 }
 
 TEST_F(SiteOutput, ADocsetIndexIsReadableByOthersUnderTheUsualUmask) {
@@ -184,29 +170,18 @@ TEST_F(SiteOutput, ADocsetIndexIsReadableByOthersUnderTheUsualUmask) {
 
 TEST_F(SiteOutput, AnInterruptedSiteLeavesTheOldOneAndNoStagingFolder) {
     expectRun("-q site " + pages() + " -o " + at("site").string(), 0);
-    auto const before = tree(at("site"));
+    auto const before = fileTree(at("site"));
     pagegen::writeDocSet(at("many"), pagegen::generateDocSet({.seed = 4, .pages = 3000}));
     int interrupted = 0;
     for (int signal : {SIGTERM, SIGINT}) {
-        pid_t const child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            ::execl(REFPAGE_BINARY, REFPAGE_BINARY, "-q", "site", at("many").c_str(), "-o", at("site").c_str(),
-                    static_cast<char*>(nullptr));
-            ::_exit(127);
-        }
         // Interrupt once the staging folder exists, or give up when the build ends first.
-        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(120);
-        int status = 0;
-        bool exited = false;
-        while (!exited && stagingFolders(at("site")).empty() && std::chrono::steady_clock::now() < until)
-            exited = ::waitpid(child, &status, WNOHANG) == child;
-        if (!exited) {
+        std::optional<int> const status =
+            testvalues::interruptTool({"-q", "site", at("many").string(), "-o", at("site").string()}, signal,
+                                      [&] { return !stagingFolders(at("site")).empty(); });
+        if (status) {
             ++interrupted;
-            ::kill(child, signal);
-            ::waitpid(child, &status, 0);
-            EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal) << "signal " << signal;
-            EXPECT_EQ(tree(at("site")), before);
+            EXPECT_TRUE(WIFSIGNALED(*status) && WTERMSIG(*status) == signal) << "signal " << signal;
+            EXPECT_EQ(fileTree(at("site")), before);
         }
         EXPECT_TRUE(stagingFolders(at("site")).empty()) << "signal " << signal;
     }
@@ -215,6 +190,7 @@ TEST_F(SiteOutput, AnInterruptedSiteLeavesTheOldOneAndNoStagingFolder) {
 
 TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
     using testvalues::expectRun;
+using testvalues::fileTree;
     testvalues::ScratchFolder const folder;
     folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
     folder.write("pages/b.json", page("p.b", "ref/a.html"));
@@ -225,9 +201,6 @@ TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
     EXPECT_TRUE(std::filesystem::exists(folder / "site" / "pages" / "p.b.html"));
     expectRun("--strict site " + pages + out, 1);
     EXPECT_EQ(expectRun("-q site " + pages + out, 0).output, "");
-    expectRun("site " + pages + out + " --templates " + (folder / "none").string(), 1, {"no such templates folder"});
-    folder.write("pages/c.json", "{");
-    expectRun("-q site " + pages + out, 1);
     expectRun("docset " + pages + " -o " + (folder / "D.docset").string(), 2);
 }
 

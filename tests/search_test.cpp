@@ -24,12 +24,7 @@ using Json = nlohmann::json;
 using Lines = std::vector<std::string>;
 namespace fs = std::filesystem;
 using reference::property::RefEntityType;
-
-std::string shellQuoted(std::string const& text) {
-    std::string quoted = "'";
-    for (char const c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
+using testvalues::shellQuoted;
 
 /// Entries sharing long name prefixes (so that tries split), some names repeated, every
 /// seventh deprecated, purposes from a small vocabulary with non-ASCII words; "pkg" and "the"
@@ -127,9 +122,7 @@ for (const query of JSON.parse(process.argv[2])) {{
     auto const script = testvalues::runShell(fmt::format("node {} {}", driver.string(), shellQuoted(Json(queries).dump())));
     ASSERT_EQ(script.status, 0) << script.output;
     std::vector<Json> results;
-    std::size_t start = 0;
-    for (std::size_t end; (end = script.output.find('\n', start)) != std::string::npos; start = end + 1)
-        results.push_back(Json::parse(script.output.substr(start, end - start)));
+    for (std::string const& line : testvalues::lines(script.output)) results.push_back(Json::parse(line));
     ASSERT_EQ(results.size(), queries.size());
     for (std::size_t q = 0; q < queries.size(); ++q) {
         Lines expected;

@@ -4,7 +4,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <map>
 #include <refpage/format/Loader.hpp>
 #include <refpage/support/Escape.hpp>
 #include <refpage/support/Text.hpp>
@@ -12,7 +11,6 @@
 #include <refpage/site/DocsetBundle.hpp>
 #include <refpage/site/Html.hpp>
 #include <refpage/site/Paths.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,6 +22,8 @@ namespace {
 using namespace refpage;
 
 using testvalues::contains;
+using testvalues::fileTree;
+using testvalues::readFile;
 
 TEST(SitePaths, UnsafeHrefsAreRefused) {
     for (char const* href : {"", "/etc/x.html", "../x.html", "a/../x.html", "a//x.html", "./x.html", "a\\x.html",
@@ -116,18 +116,6 @@ protected:
         return set;
     }
     std::filesystem::path folder(std::string const& name) const { return scratch_ / name; }
-    static std::string read(std::filesystem::path const& file) {
-        std::ostringstream text;
-        text << std::ifstream(file, std::ios::binary).rdbuf();
-        return text.str();
-    }
-    /// Every file under `root` by relative path, with its bytes.
-    static std::map<std::string, std::string> tree(std::filesystem::path const& root) {
-        std::map<std::string, std::string> files;
-        for (auto const& entry : std::filesystem::recursive_directory_iterator(root))
-            if (entry.is_regular_file()) files[entry.path().lexically_relative(root).string()] = read(entry.path());
-        return files;
-    }
     std::vector<PageInput> inputs;
 
 private:
@@ -215,7 +203,7 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     options.jobs = 4;
     SiteReport const four = buildSite(set, inputs, options);
     EXPECT_TRUE(one.ok());
-    EXPECT_EQ(tree(options.output), tree(oneFolder));
+    EXPECT_EQ(fileTree(options.output), fileTree(oneFolder));
     ASSERT_EQ(one.warnings.size(), 7u);  // page 3's Href, pages 10 and 11's clash, links to n3, n10, n11, n12
     EXPECT_EQ(one.warnings[0].describe(Severity::Warning),
               R"(page3.json: warning: Href "../evil.html" is not a safe relative .html path; written as )"
@@ -235,10 +223,10 @@ TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     options.output = folder("custom");
     EXPECT_TRUE(buildSite(set, inputs, options).ok());
     EXPECT_TRUE(errors.empty());
-    EXPECT_EQ(read(options.output / "ref" / "n0.html"), "<p>p.n0 é &lt;i&gt;</p>");
-    EXPECT_TRUE(contains(read(options.output / "ref" / "n1.html"), "<p>p.n1 é &lt;i&gt;</p>"))
+    EXPECT_EQ(readFile(options.output / "ref" / "n0.html"), "<p>p.n0 é &lt;i&gt;</p>");
+    EXPECT_TRUE(contains(readFile(options.output / "ref" / "n1.html"), "<p>p.n1 é &lt;i&gt;</p>"))
         << "compiled once, rendered for every page";
-    EXPECT_TRUE(contains(read(options.output / "index.html"), "<!DOCTYPE html>"));
+    EXPECT_TRUE(contains(readFile(options.output / "index.html"), "<!DOCTYPE html>"));
     SiteTemplates::load(templates / "missing", errors);
     EXPECT_EQ(errors.size(), 1u);
 }

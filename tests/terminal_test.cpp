@@ -8,7 +8,6 @@
 #include <refpage/terminal/PageView.hpp>
 #include <refpage/terminal/TextTable.hpp>
 #include <utf8.h>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -21,13 +20,7 @@ using refpage::displayWidth;
 using refpage::fitWidth;
 using refpage::TextTable;
 using testvalues::contains;
-
-std::vector<std::string> lines(std::string const& text) {
-    std::vector<std::string> result;
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) result.push_back(line);
-    return result;
-}
+using testvalues::lines;
 
 TEST(DisplayWidth, CountsTerminalColumnsPerGraphemeCluster) {
     EXPECT_EQ(displayWidth("plain"), 5u);

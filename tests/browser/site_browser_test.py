@@ -334,21 +334,6 @@ class GeneratedSite(unittest.TestCase):
         self.assertEqual(shown_name(), hits[0])
 
 
-class CorpusSite(unittest.TestCase):
-    """The real sample set: every page written, links lead to files, search finds pages."""
-
-    def test_corpus_site_renders_links_and_searches(self):
-        if not os.path.isdir(os.environ.get("REFPAGE_CORPUS", "")):
-            self.skipTest("the sample corpus is absent")
-        site = os.path.join(WORK, "corpus-site")
-        refpage("site", os.environ["REFPAGE_CORPUS"], "-o", site, "-q", "-j", "2")
-        open_page(os.path.join(site, "reference", "generated", "numpy.sort.html"))
-        self.assertEqual(shown_name(), "numpy.sort")
-        check_links_lead_to_files(self)
-        self.assertEqual(search("argmax")[1][0], "numpy.argmax")
-        self.assertEqual(console_errors(), [])
-
-
 AXE_SOURCE = None
 # Markup that CommonMark would have rendered had it been read: fences, links, strong
 # emphasis, code spans, headings, table rows.
@@ -478,6 +463,10 @@ class ReaderView(unittest.TestCase):
                 with self.subTest(width=width, page=name):
                     self.assertEqual(reader_problems(self, os.path.join(corpus[0], "reference", "generated",
                                                                         name + ".html")), [])
+        BROWSER.set_window_size(1366, 900)
+        open_page(os.path.join(corpus[0], "reference", "generated", "numpy.sort.html"))
+        self.assertEqual(shown_name(), "numpy.sort")
+        self.assertEqual(search("argmax")[1][0], "numpy.argmax")
 
     def test_no_axe_violation_at_either_width(self):
         site = self.sites[-1]
@@ -488,18 +477,6 @@ class ReaderView(unittest.TestCase):
                 with self.subTest(width=width, page=os.path.relpath(file, site)):
                     open_page(file)
                     self.assertEqual(axe_violations(), [])
-
-    def test_screenshots_of_a_page_the_index_and_a_phone(self):
-        os.makedirs(ARGS.artifacts, exist_ok=True)
-        site = self.sites[-1]
-        page_ = os.path.join(site, "reference", "generated", "numpy.ndarray.html")
-        if not os.path.isfile(page_):
-            page_ = self.sample(site, 3)[1]
-        for name, path, width, height in (("page", page_, 1366, 1000), ("index", os.path.join(site, "index.html"), 1366, 1000),
-                                          ("phone", page_, 390, 844)):
-            BROWSER.set_window_size(width, height)
-            open_page(path)
-            self.assertTrue(BROWSER.save_screenshot(os.path.join(ARGS.artifacts, "reader-%s.png" % name)))
 
     def test_search_finds_class_members(self):
         # The project's own page of a class with properties, and the sample corpus's ndarray when it is there.

@@ -2,12 +2,17 @@
 #pragma once
 
 #include <stdlib.h>
+#include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace testvalues {
 
@@ -21,6 +26,46 @@ inline std::string readFile(std::filesystem::path const& file) {
     std::ifstream in(file, std::ios::binary);
     std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     return text;
+}
+
+using Lines = std::vector<std::string>;
+
+/// The lines of `text`, the last one whether or not a newline ends it.
+inline Lines lines(std::string const& text) {
+    Lines result;
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) result.push_back(line);
+    return result;
+}
+
+/// The permission bits of `path` itself (a symlink not followed).
+inline mode_t modeOf(std::filesystem::path const& path) {
+    struct stat status {};
+    ::lstat(path.c_str(), &status);
+    return status.st_mode & 07777;
+}
+
+/// The names in `folder`, sorted.
+inline Lines namesIn(std::filesystem::path const& folder) {
+    Lines found;
+    for (auto const& entry : std::filesystem::directory_iterator(folder)) found.push_back(entry.path().filename().string());
+    std::sort(found.begin(), found.end());
+    return found;
+}
+
+/// Every entry under `root` (symlinks not followed) with its bytes, its link target or "<folder>".
+inline std::map<std::string, std::string> fileTree(std::filesystem::path const& root) {
+    std::map<std::string, std::string> entries;
+    for (auto const& entry : std::filesystem::recursive_directory_iterator(root)) {
+        std::string const name = entry.path().lexically_relative(root).string();
+        if (entry.is_symlink())
+            entries[name] = "-> " + std::filesystem::read_symlink(entry.path()).string();
+        else if (entry.is_directory())
+            entries[name] = "<folder>";
+        else
+            entries[name] = readFile(entry.path());
+    }
+    return entries;
 }
 
 /// A test page file of tests/data.

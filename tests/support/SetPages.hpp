@@ -11,8 +11,6 @@
 
 namespace testvalues {
 
-using Lines = std::vector<std::string>;
-
 /// A page "<name>.json" at Href "ref/<name>.html" with the given extra members and, unless they
 /// give RefEntities, one function "pkg.<name>".
 inline refpage::PageInput page(std::string const& name, std::string const& extra = {}) {
@@ -31,14 +29,6 @@ inline std::string documenting(std::vector<std::string> const& entities, std::st
         list += fmt::format(R"({}{{"Name": "{}", "RefEntityType": "{}"}})", list.empty() ? "" : ", ",
                             entity.substr(0, entity.find(':')), entity.substr(entity.find(':') + 1));
     return fmt::format(R"("RefEntities": [{}], "Purpose": "{}")", list, purpose);
-}
-
-inline Lines lines(std::string const& text) {
-    Lines result;
-    std::size_t start = 0;
-    for (std::size_t end; (end = text.find('\n', start)) != std::string::npos; start = end + 1)
-        result.push_back(text.substr(start, end - start));
-    return result;
 }
 
 }  // namespace testvalues

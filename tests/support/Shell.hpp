@@ -28,4 +28,11 @@ inline ToolRun runShell(std::string const& command) {
     return run;
 }
 
+/// `text` as one word of the shell, whatever it holds.
+inline std::string shellQuoted(std::string const& text) {
+    std::string quoted = "'";
+    for (char const c : text) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return quoted + "'";
+}
+
 }  // namespace testvalues

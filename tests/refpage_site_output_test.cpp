@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "support/SetPages.hpp"
 #include "support/ToolRun.hpp"
 
 namespace {
@@ -26,6 +27,7 @@ namespace fs = std::filesystem;
 using testvalues::contains;
 using testvalues::expectRun;
 using testvalues::fileTree;
+using testvalues::pageAt;
 using testvalues::ScratchFolder;
 
 
@@ -37,15 +39,11 @@ std::vector<std::string> stagingFolders(fs::path const& output) {
     return found;
 }
 
-std::string page(std::string const& name, std::string const& href, std::string const& rest = "") {
-    return fmt::format(R"({{"Href": "{}", "RefEntities": [{{"Name": "{}"}}], "PackageName": "p"{}}})", href, name, rest);
-}
-
 class SiteOutput : public ::testing::Test {
 protected:
     void SetUp() override {
-        scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Url": "ref/b.html"}])"));
-        scratch_.write("pages/b.json", page("p.b", "ref/b.html"));
+        scratch_.write("pages/a.json", pageAt("p.a", "ref/a.html", R"(, "SeeAlso": [{"Url": "ref/b.html"}])"));
+        scratch_.write("pages/b.json", pageAt("p.b", "ref/b.html"));
     }
     fs::path at(std::string const& name) const { return scratch_ / name; }
     std::string pages() const { return at("pages").string(); }
@@ -73,7 +71,7 @@ TEST_F(SiteOutput, AFailureOfAPageOrTheTemplatesLeavesTheOldOutputAsItWas) {
     expectRun("-q docset " + pages() + " -o " + at("D.docset").string() + " --name D", 0);
     auto const siteBefore = fileTree(at("site"));
     auto const docsetBefore = fileTree(at("D.docset"));
-    scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"(, "Purpose": "changed")"));
+    scratch_.write("pages/a.json", pageAt("p.a", "ref/a.html", R"(, "Purpose": "changed")"));
     expectRun("site " + pages() + " -o " + at("site").string() + " --templates " + at("none").string(), 1,
               {"no such templates folder", "nothing written"});
     scratch_.write("pages/c.json", "{");
@@ -113,10 +111,10 @@ TEST_F(SiteOutput, AFolderTheToolDidNotWriteAndTheInputAreNeverTheOutput) {
 }
 
 TEST_F(SiteOutput, EveryPageGetsAFileWhateverItsHrefAndTheHomePageStaysAFile) {
-    scratch_.write("pages/c.json", page("p.c", "index.html/x.html"));
-    scratch_.write("pages/d.json", page("p.d", "ref/a.html/c.html"));
-    scratch_.write("pages/e.json", page("p.e", "ref/" + std::string(300, 'e') + ".html"));
-    scratch_.write("pages/f.json", page("p.f", "_site/style.css.html"));
+    scratch_.write("pages/c.json", pageAt("p.c", "index.html/x.html"));
+    scratch_.write("pages/d.json", pageAt("p.d", "ref/a.html/c.html"));
+    scratch_.write("pages/e.json", pageAt("p.e", "ref/" + std::string(300, 'e') + ".html"));
+    scratch_.write("pages/f.json", pageAt("p.f", "_site/style.css.html"));
     auto const run = expectRun("site " + pages() + " -o " + at("site").string(), 0,
                                {"6 pages written", "4 pages moved"});
     EXPECT_TRUE(fs::is_regular_file(at("site/index.html")));
@@ -126,7 +124,7 @@ TEST_F(SiteOutput, EveryPageGetsAFileWhateverItsHrefAndTheHomePageStaysAFile) {
 }
 
 TEST_F(SiteOutput, ReferencedFilesAreCopiedFromTheAssetsFolderNeverThroughASymlinkOrOverAPage) {
-    scratch_.write("pages/a.json", page("p.a", "ref/a.html", R"j(, "AppThumbnail": {"FileRef": "img/a.png", "Alt": "A"},
+    scratch_.write("pages/a.json", pageAt("p.a", "ref/a.html", R"j(, "AppThumbnail": {"FileRef": "img/a.png", "Alt": "A"},
         "Description": "![plot](img/b.png) ![gone](img/none.png) ![over a page](ref/b.html) ![out](img/out.png)")j"));
     scratch_.write("pages/img/a.png", "png a");
     scratch_.write("pages/img/b.png", "png b");
@@ -191,9 +189,10 @@ TEST_F(SiteOutput, AnInterruptedSiteLeavesTheOldOneAndNoStagingFolder) {
 TEST(SiteTool, ExitStatusFollowsPagesLinksTemplatesAndStrict) {
     using testvalues::expectRun;
 using testvalues::fileTree;
+using testvalues::pageAt;
     testvalues::ScratchFolder const folder;
-    folder.write("pages/a.json", page("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
-    folder.write("pages/b.json", page("p.b", "ref/a.html"));
+    folder.write("pages/a.json", pageAt("p.a", "ref/a.html", R"(, "SeeAlso": [{"Name": "x", "Url": "ref/none.html"}])"));
+    folder.write("pages/b.json", pageAt("p.b", "ref/a.html"));
     std::string const pages = (folder / "pages").string();
     std::string const out = " -o " + (folder / "site").string();
     expectRun("site " + pages + out, 0, {"a.json: warning: link leads to no page of the set; shown as text [/SeeAlso/0/Url]",

@@ -16,6 +16,7 @@
 
 #include "support/HostTest.hpp"
 #include "support/Files.hpp"
+#include "support/SetPages.hpp"
 
 namespace {
 
@@ -23,6 +24,7 @@ using namespace refpage;
 
 using testvalues::contains;
 using testvalues::fileTree;
+using testvalues::pageAt;
 using testvalues::readFile;
 
 TEST(SitePaths, UnsafeHrefsAreRefused) {
@@ -122,19 +124,14 @@ private:
     testvalues::ScratchFolder scratch_;
 };
 
-std::string page(std::string const& name, std::string const& href, std::string const& rest = "") {
-    return R"({"Href": ")" + href + R"(", "RefEntities": [{"Name": ")" + name + R"("}], "PackageName": "p")" + rest +
-           "}";
-}
-
 TEST_F(SiteBuild, LinksAreWrittenFromTheirOwnPageAndUnresolvedOnesAreText) {
-    add(page("p.a", "ref/gen/a.html",
+    add(pageAt("p.a", "ref/gen/a.html",
              R"j(, "SeeAlso": [{"Name": "b", "Url": "ref/b.html#x y"}, {"Name": "gone", "Url": "ref/none.html"},
                              {"Name": "js", "Url": "javascript:alert(1)"}, {"Name": "web", "Url": "https://e.org/?a&b"}],
                  "Outputs": [{"Name": "o", "Href": "#p.a-o"}, {"Name": "o2", "Href": "#p.a-o"}],
                  "Examples": [{"Title": "Ex", "Url": "ref/gen/a.html#example-1"}],
                  "Description": "See [b](ref/b.html), [x](#p.a-o) and [gone](ref/gone.html).")j"));
-    add(page("p.b", "ref/b.html"));
+    add(pageAt("p.b", "ref/b.html"));
     std::vector<std::string> const paths{"ref/gen/a.html", "ref/b.html"};
     LoadedSet const set = loaded();
     LoadResult const a = loadInput(inputs[0]);
@@ -191,7 +188,7 @@ TEST_F(SiteBuild, SidebarListsAtMostItsLimitAroundThePage) {
 
 TEST_F(SiteBuild, SameOutputOnAnyNumberOfThreadsAndFromReplacedTemplates) {
     for (int i = 0; i < 12; ++i)
-        add(page("p.n" + std::to_string(i), i == 3 ? "../evil.html" : "ref/n" + std::to_string(i % 10) + ".html",
+        add(pageAt("p.n" + std::to_string(i), i == 3 ? "../evil.html" : "ref/n" + std::to_string(i % 10) + ".html",
                  R"(, "Purpose": "é <i>", "SeeAlso": [{"Name": "next", "Url": "ref/n)" + std::to_string(i + 1) +
                      R"(.html"}])"));
     SiteOptions options;
@@ -252,7 +249,7 @@ TEST_F(SiteBuild, SearchAndInventoryListWhatTheLookupIndexListsAtTheSitesPaths) 
              {"Name": "p.K", "RefEntityType": "constructor"}, {"Name": "p.K.go", "RefEntityType": "method"}],
              "Purpose": "A é thing", "DeprecationStatus": "warn",
              "ClassPropertyGroups": [{"Properties": [{"Name": "T", "Purpose": "its own"}, {"Name": "n"}]}]})j");
-    add(page("p.f", "ref/f.html"));
+    add(pageAt("p.f", "ref/f.html"));
     std::vector<std::string> const paths{"ref/gen k.html", "ref/f.html"};
     LoadedSet const set = loaded();
     std::vector<SearchEntry> const search = siteSearchEntries(set.set, paths);

@@ -22,6 +22,11 @@ inline refpage::PageInput page(std::string const& name, std::string const& extra
         name + ".json", fmt::format(R"({{"Href": "ref/{}.html"{}{}}})", name, entities, extra.empty() ? "" : ", " + extra));
 }
 
+/// The text of a page at `href` documenting `name` in package "p", with `rest` (members, each after a comma) added.
+inline std::string pageAt(std::string const& name, std::string const& href, std::string const& rest = "") {
+    return fmt::format(R"({{"Href": "{}", "RefEntities": [{{"Name": "{}"}}], "PackageName": "p"{}}})", href, name, rest);
+}
+
 /// RefEntities of one entity of each "name:type" given, then a Purpose.
 inline std::string documenting(std::vector<std::string> const& entities, std::string const& purpose) {
     std::string list;
